@@ -1,0 +1,34 @@
+#include "CorvaneShared/MonitorSection.h"
+
+namespace corvane {
+
+std::string_view sectionKey(MonitorSection section) {
+    switch (section) {
+        case MonitorSection::cpu: return "cpu";
+        case MonitorSection::memory: return "memory";
+        case MonitorSection::storage: return "storage";
+        case MonitorSection::sensors: return "sensors";
+    }
+    return {};
+}
+
+std::optional<MonitorSection> sectionFromKey(std::string_view key) {
+    for (MonitorSection section : allMonitorSections) {
+        if (sectionKey(section) == key) {
+            return section;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string_view itemVisibilityKey(MonitorSection section) {
+    switch (section) {
+        case MonitorSection::cpu: return "showCPUItem";
+        case MonitorSection::memory: return "showMemoryItem";
+        case MonitorSection::storage: return "showStorageItem";
+        case MonitorSection::sensors: return "showSensorsItem";
+    }
+    return {};
+}
+
+}  // namespace corvane

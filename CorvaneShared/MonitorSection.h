@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace corvane {
+
+/// The four meters, in declaration order (also the order of `allMonitorSections`).
+enum class MonitorSection { cpu, memory, storage, sensors };
+
+inline constexpr std::array<MonitorSection, 4> allMonitorSections = {
+    MonitorSection::cpu, MonitorSection::memory, MonitorSection::storage,
+    MonitorSection::sensors};
+
+/// "cpu", "memory", "storage" or "sensors".
+std::string_view sectionKey(MonitorSection section);
+/// The section whose key is exactly `key` (case-sensitive, no blanks allowed); absent otherwise.
+std::optional<MonitorSection> sectionFromKey(std::string_view key);
+/// The Boolean setting that shows or hides the section's meter ("showCPUItem", ...).
+std::string_view itemVisibilityKey(MonitorSection section);
+
+}  // namespace corvane

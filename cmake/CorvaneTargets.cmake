@@ -1,0 +1,64 @@
+# Shared compile settings and the guard that keeps the logic free of Qt.
+
+set(CORVANE_WARNINGS
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-qual -Wformat=2
+    -Wimplicit-fallthrough -Wmissing-declarations -Werror)
+
+set(CORVANE_SANITIZE_FLAGS "")
+if(CORVANE_SANITIZE)
+    string(REPLACE "," ";" _sanitizers "${CORVANE_SANITIZE}")
+    foreach(_sanitizer IN LISTS _sanitizers)
+        list(APPEND CORVANE_SANITIZE_FLAGS "-fsanitize=${_sanitizer}")
+    endforeach()
+    list(APPEND CORVANE_SANITIZE_FLAGS -fno-omit-frame-pointer -fno-sanitize-recover=all)
+endif()
+
+# Applies the project's warnings, sanitizers and include root to a target of ours.
+function(corvane_target target)
+    target_compile_options(${target} PRIVATE ${CORVANE_WARNINGS} ${CORVANE_SANITIZE_FLAGS})
+    target_link_options(${target} PRIVATE ${CORVANE_SANITIZE_FLAGS})
+    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+endfunction()
+
+# Collects every library a target links, directly or through other targets.
+function(_corvane_collect_links target out)
+    set(_seen ${${out}})
+    foreach(_property LINK_LIBRARIES INTERFACE_LINK_LIBRARIES)
+        get_target_property(_libs ${target} ${_property})
+        if(NOT _libs)
+            continue()
+        endif()
+        foreach(_lib IN LISTS _libs)
+            if(_lib IN_LIST _seen)
+                continue()
+            endif()
+            list(APPEND _seen ${_lib})
+            if(TARGET ${_lib})
+                _corvane_collect_links(${_lib} _seen)
+            endif()
+        endforeach()
+    endforeach()
+    set(${out} ${_seen} PARENT_SCOPE)
+endfunction()
+
+# Fails the configuration when a framework-free target links Qt or one of its files
+# includes a Qt header: the logic must build and test without a display or a bus.
+function(corvane_check_framework_free)
+    foreach(target IN LISTS ARGN)
+        set(_links "")
+        _corvane_collect_links(${target} _links)
+        foreach(_lib IN LISTS _links)
+            if(_lib MATCHES "^Qt[0-9]*::" OR _lib MATCHES "(^|/)libQt")
+                message(FATAL_ERROR "${target} must not link Qt, but links ${_lib}")
+            endif()
+        endforeach()
+        get_target_property(_dir ${target} SOURCE_DIR)
+        file(GLOB _files "${_dir}/*.h" "${_dir}/*.cpp")
+        foreach(_file IN LISTS _files)
+            file(STRINGS "${_file}" _qt_includes REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]Q")
+            if(_qt_includes)
+                message(FATAL_ERROR "${_file} belongs to the framework-free ${target} but includes Qt")
+            endif()
+        endforeach()
+    endforeach()
+endfunction()
