@@ -65,8 +65,10 @@ struct MemorySample {
     std::optional<SwapUsage> swap;
 };
 
-/// The operating system's thermal state. Values outside the four named ones mean "unknown".
+/// The operating system's thermal state. `unknown` (and any other value outside the four named
+/// levels) means the machine gives no usable reading.
 enum class ThermalState : int {
+    unknown = -1,
     nominal = 0,
     fair = 1,
     serious = 2,

@@ -1,7 +1,7 @@
 # Shared compile settings and the guard that keeps the logic free of Qt.
 
 set(CORVANE_WARNINGS
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-qual -Wformat=2
+    -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Wcast-qual -Wformat=2
     -Wimplicit-fallthrough -Wmissing-declarations -Werror)
 
 set(CORVANE_SANITIZE_FLAGS "")

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "CorvaneShared/MonitorSection.h"
+
+namespace corvane {
+
+/// What `corvane-agent` was asked to do on its command line.
+struct AgentOptions {
+    enum class Mode {
+        /// The menu-bar agent.
+        menuBar,
+        /// Sample, print one JSON object, exit.
+        snapshot,
+        /// Print one JSON line per refresh until interrupted (or until `refreshes`).
+        stream,
+        /// Print the usage text and exit.
+        help,
+    };
+
+    Mode mode = Mode::menuBar;
+    /// How many refreshes a snapshot takes (2 when not given); a stream's limit when given.
+    std::optional<int> refreshes;
+    /// Seconds between refreshes; absent means the configured interval.
+    std::optional<double> interval;
+    /// Panels to mark open before the first refresh, in the order given.
+    std::vector<MonitorSection> openSections;
+    std::filesystem::path procfs = "/proc";
+    std::filesystem::path sysfs = "/sys";
+};
+
+/// Why the command line was refused, in one line without the program name.
+struct ArgumentError {
+    std::string message;
+};
+
+/// Parses the arguments after the program name. `--name value` and `--name=value` both work.
+std::variant<AgentOptions, ArgumentError> parseAgentArguments(
+    std::span<const std::string_view> arguments);
+
+/// The text `--help` prints.
+std::string agentUsage();
+
+}  // namespace corvane

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "CorvaneAgent/MonitorFields.h"
+#include "Platform/Subscription.h"
+
+namespace corvane {
+
+/// The observers of the monitor's fields, one list per field. Changes are collected while a
+/// sampling step runs and announced together when it ends, so an observer never sees a step
+/// half done. Main thread only.
+class FieldObservers {
+public:
+    FieldObservers();
+
+    /// Calls `onChange` after every step that changed `field`, until the subscription ends.
+    Subscription observe(MonitorField field, std::function<void()> onChange);
+
+    /// Records that `field` changed in the current step.
+    void markChanged(MonitorField field) { pending.set(static_cast<std::size_t>(field)); }
+    /// Ends the current step: notifies the observers of every changed field, in field order.
+    void announceChanges();
+
+private:
+    struct Observer {
+        std::function<void()> onChange;
+        bool active = true;
+    };
+    using ObserverList = std::vector<std::shared_ptr<Observer>>;
+
+    std::shared_ptr<std::array<ObserverList, monitorFieldCount>> lists;
+    std::bitset<monitorFieldCount> pending;
+};
+
+}  // namespace corvane

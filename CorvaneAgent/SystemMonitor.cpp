@@ -1,0 +1,366 @@
+#include "CorvaneAgent/SystemMonitor.h"
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+#include "CorvaneShared/SettingsStore.h"
+
+namespace corvane {
+
+namespace {
+
+constexpr double minimumElapsedSeconds = 0.001;
+constexpr double maximumElapsedSeconds = 60.0;
+constexpr double timerTolerance = 0.2;
+
+}  // namespace
+
+std::shared_ptr<SystemMonitor> SystemMonitor::create(MonitorServices services) {
+    return std::make_shared<SystemMonitor>(Passkey{}, std::move(services));
+}
+
+SystemMonitor::SystemMonitor(Passkey, MonitorServices monitorServices)
+    : services(std::move(monitorServices)) {
+    SystemStatistics& statistics = *services.statistics;
+    published.totalMemory = statistics.physicalMemoryBytes().value_or(0);
+    published.uptime = statistics.uptimeSeconds().value_or(0);
+    published.thermalState = statistics.thermalState().value_or(ThermalState::unknown);
+    published.volumeName = services.profile.defaultVolumeName;
+    published.chipName = statistics.processorBrand().value_or(services.profile.fallbackChipName);
+    published.performanceCoreCount =
+        services.coreTiers.empty() ? 0 : services.coreTiers.front().count;
+}
+
+SystemMonitor::~SystemMonitor() = default;
+
+void SystemMonitor::start() {
+    refresh();
+    startTimer();
+    observeDisplayState();
+}
+
+double SystemMonitor::configuredInterval() const {
+    const double interval = services.fixedInterval ? *services.fixedInterval
+                                                   : services.settings.number("refreshInterval");
+    // Written so that NaN also falls back.
+    return interval > 0 ? interval : 1.0;
+}
+
+void SystemMonitor::startTimer() {
+    timer.reset();
+    const double interval = configuredInterval();
+    timer = services.runtime.timers.startRepeating(
+        interval, timerTolerance * interval, [weakSelf = weak_from_this()] {
+            if (auto self = weakSelf.lock()) {
+                self->refresh();
+            }
+        });
+}
+
+void SystemMonitor::stopTimer() { timer.reset(); }
+
+void SystemMonitor::applyInterval() {
+    if (timer && timer->interval() != configuredInterval()) {
+        startTimer();
+    }
+}
+
+void SystemMonitor::observeDisplayState() {
+    if (!services.displayState) {
+        return;
+    }
+    displaySubscription =
+        services.displayState->observe([weakSelf = weak_from_this()](DisplayEvent event) {
+            if (auto self = weakSelf.lock()) {
+                self->handleDisplayEvent(event);
+            }
+        });
+}
+
+void SystemMonitor::handleDisplayEvent(DisplayEvent event) {
+    switch (event) {
+        case DisplayEvent::screensDidSleep:
+        case DisplayEvent::sessionDidResignActive:
+            timer.reset();
+            break;
+        case DisplayEvent::screensDidWake:
+        case DisplayEvent::sessionDidBecomeActive:
+            // A wake without a sleep before it must not start a second timer.
+            if (!timer) {
+                refresh();
+                startTimer();
+            }
+            break;
+    }
+}
+
+SamplingPlan SystemMonitor::plan() const {
+    return computeSamplingPlan(services.settings, openSections);
+}
+
+void SystemMonitor::refresh() {
+    const TimePoint now = services.runtime.clock.now();
+    double elapsed = maximumElapsedSeconds;
+    if (lastRefresh) {
+        elapsed = std::clamp(std::chrono::duration<double>(now - *lastRefresh).count(),
+                             minimumElapsedSeconds, maximumElapsedSeconds);
+    }
+    lastRefresh = now;
+
+    // One read of the kernel's CPU counters serves both the machine and the per-CPU figures,
+    // and one memory read serves the memory and the swap figures.
+    services.statistics->readCPULoad(cpuSample);
+    readCPUUsage(cpuSample.host);
+    readCoreUsage(cpuSample.processors);
+    const MemorySample memory = services.statistics->readMemory();
+    readMemory(memory.vm, elapsed);
+    readLoadAverages();
+    readSwap(memory.swap);
+
+    const SamplingPlan current = plan();
+    lastPlan = current;
+    if (current.samplesGPU) {
+        readGPU();
+    }
+    if (refreshes % 3 == 0) {
+        if (current.samplesProcesses) {
+            refreshProcesses();
+        }
+        if (current.smcScope != SamplingPlan::SMCScope::none) {
+            readTemperatures(current.smcScope, current.samplesBattery);
+        }
+    }
+    if (refreshes % current.storageEvery == 0) {
+        refreshStorage();
+    }
+    // 2^63 refreshes cannot happen; hold the count rather than let it wrap.
+    if (refreshes < std::numeric_limits<std::int64_t>::max()) {
+        ++refreshes;
+    }
+
+    if (auto uptime = services.statistics->uptimeSeconds()) {
+        assign(MonitorField::uptime, published.uptime, *uptime);
+    }
+    readThermalState();
+    observers.announceChanges();
+    appendHistories();
+    observers.announceChanges();
+
+    if (onRefresh) {
+        onRefresh();
+    }
+}
+
+void SystemMonitor::readCPUUsage(const std::optional<HostCPULoad>& host) {
+    if (!host) {
+        return;
+    }
+    // The first sample is only a baseline: the figures keep their values until the next.
+    const auto previous = std::exchange(previousCPUInfo, *host);
+    if (!previous) {
+        return;
+    }
+    if (auto fractions = cpuFractions(*previous, *host)) {
+        assign(MonitorField::userCPUUsage, published.userCPUUsage, fractions->user);
+        assign(MonitorField::systemCPUUsage, published.systemCPUUsage, fractions->system);
+        assign(MonitorField::cpuUsage, published.cpuUsage, fractions->total());
+    }
+    observers.announceChanges();
+}
+
+void SystemMonitor::readCoreUsage(const std::vector<ProcessorLoad>& processors) {
+    if (processors.empty()) {
+        return;
+    }
+    coreTicksScratch.clear();
+    std::transform(processors.begin(), processors.end(), std::back_inserter(coreTicksScratch),
+                   coreTicks);
+    std::vector<double> usages(coreTicksScratch.size(), 0.0);
+    // A changed CPU count (the first sample, or a CPU going offline) shows zeros for one
+    // refresh rather than comparing different CPUs.
+    if (previousCoreTicks.size() == coreTicksScratch.size()) {
+        for (std::size_t cpu = 0; cpu < usages.size(); ++cpu) {
+            usages[cpu] = coreUsage(previousCoreTicks[cpu], coreTicksScratch[cpu]);
+        }
+    }
+    std::swap(previousCoreTicks, coreTicksScratch);
+    assign(MonitorField::coreUsages, published.coreUsages, std::move(usages));
+    observers.announceChanges();
+}
+
+void SystemMonitor::readMemory(const std::optional<VMStatistics>& vm, double elapsed) {
+    if (!vm) {
+        return;
+    }
+    assign(MonitorField::wiredMemory, published.wiredMemory, vm->wiredBytes);
+    assign(MonitorField::compressedMemory, published.compressedMemory, vm->compressedBytes);
+    assign(MonitorField::activeMemory, published.activeMemory, vm->activeBytes);
+    assign(MonitorField::cacheMemory, published.cacheMemory, vm->inactiveBytes);
+    if (previousPageIns && previousPageOuts) {
+        assign(MonitorField::pageInsPerSecond, published.pageInsPerSecond,
+               pagingRate(*previousPageIns, vm->pageInBytes, elapsed));
+        assign(MonitorField::pageOutsPerSecond, published.pageOutsPerSecond,
+               pagingRate(*previousPageOuts, vm->pageOutBytes, elapsed));
+    }
+    previousPageIns = vm->pageInBytes;
+    previousPageOuts = vm->pageOutBytes;
+    assign(MonitorField::memoryPressureLevel, published.memoryPressureLevel,
+           memoryPressureLevelFromRaw(services.statistics->memoryPressureLevel()));
+    // Cached memory is deliberately not counted as used.
+    const std::uint64_t used =
+        saturatingAdd(saturatingAdd(vm->wiredBytes, vm->compressedBytes), vm->activeBytes);
+    assign(MonitorField::usedMemory, published.usedMemory, std::min(used, published.totalMemory));
+    observers.announceChanges();
+}
+
+void SystemMonitor::readLoadAverages() {
+    const auto averages = services.statistics->loadAverages();
+    if (!averages) {
+        return;
+    }
+    assign(MonitorField::loadAverages, published.loadAverages, *averages);
+    if (!loadHistoryInitialized) {
+        // Seed once, so the load graphs start flat at today's level instead of rising from 0.
+        assign(MonitorField::loadOneHistory, published.loadOneHistory,
+               std::vector<double>(published.loadOneHistory.size(), (*averages)[0]));
+        assign(MonitorField::loadFiveHistory, published.loadFiveHistory,
+               std::vector<double>(published.loadFiveHistory.size(), (*averages)[1]));
+        assign(MonitorField::loadFifteenHistory, published.loadFifteenHistory,
+               std::vector<double>(published.loadFifteenHistory.size(), (*averages)[2]));
+        loadHistoryInitialized = true;
+    }
+    observers.announceChanges();
+}
+
+void SystemMonitor::readSwap(const std::optional<SwapUsage>& swap) {
+    if (!swap) {
+        return;
+    }
+    assign(MonitorField::swapUsed, published.swapUsed, swap->usedBytes);
+    assign(MonitorField::swapTotal, published.swapTotal, swap->totalBytes);
+    observers.announceChanges();
+}
+
+void SystemMonitor::readGPU() {
+    // No GPU statistics source is attached yet: the GPU figures stay absent.
+}
+
+void SystemMonitor::refreshProcesses() {
+    // No process source is attached yet: the top lists stay empty and no task starts.
+}
+
+void SystemMonitor::readTemperatures(SamplingPlan::SMCScope, bool) {
+    // No sensor source is attached yet: temperatures, fans, power and battery stay empty.
+}
+
+void SystemMonitor::settleTemperatures(const SamplingPlan&, std::function<void()> completion) {
+    // Without a sensor source no pass can run, so there is nothing to wait for.
+    completion();
+}
+
+void SystemMonitor::refreshStorage() {
+    if (storageRefreshTask.isRunning() || !services.storage) {
+        return;
+    }
+    storageRefreshTask.begin();
+    services.runtime.tasks.run([source = services.storage, &queue = services.runtime.mainQueue,
+                                weakSelf = weak_from_this()] {
+        auto reading = source->readStorage();
+        queue.post([weakSelf, reading = std::move(reading)] {
+            if (auto self = weakSelf.lock()) {
+                self->applyStorage(reading);
+            }
+        });
+    });
+}
+
+void SystemMonitor::applyStorage(const std::optional<StorageReading>& reading) {
+    if (reading) {
+        assign(MonitorField::totalStorage, published.totalStorage, reading->total);
+        assign(MonitorField::availableStorage, published.availableStorage, reading->available);
+        assign(MonitorField::volumeName, published.volumeName,
+               reading->name.empty() ? services.profile.defaultVolumeName : reading->name);
+        observers.announceChanges();
+    }
+    storageRefreshTask.finish();
+}
+
+void SystemMonitor::readThermalState() {
+    assign(MonitorField::thermalState, published.thermalState,
+           services.statistics->thermalState().value_or(ThermalState::unknown));
+}
+
+void SystemMonitor::append(MonitorField field, std::vector<double>& history, double value) {
+    // Histories keep their length for ever: the oldest entry leaves as the newest arrives.
+    std::shift_left(history.begin(), history.end(), 1);
+    history.back() = value;
+    observers.markChanged(field);
+}
+
+void SystemMonitor::appendHistories() {
+    append(MonitorField::cpuHistory, published.cpuHistory, published.cpuUsage);
+    append(MonitorField::userCPUHistory, published.userCPUHistory, published.userCPUUsage);
+    append(MonitorField::systemCPUHistory, published.systemCPUHistory, published.systemCPUUsage);
+    append(MonitorField::loadOneHistory, published.loadOneHistory, published.loadAverages[0]);
+    append(MonitorField::loadFiveHistory, published.loadFiveHistory, published.loadAverages[1]);
+    append(MonitorField::loadFifteenHistory, published.loadFifteenHistory,
+           published.loadAverages[2]);
+}
+
+void SystemMonitor::beginDetailedSampling(MonitorSection section) {
+    if (openSections.insert(section).second) {
+        observers.markChanged(MonitorField::openPopovers);
+        observers.announceChanges();
+    }
+}
+
+void SystemMonitor::endDetailedSampling(MonitorSection section) {
+    if (openSections.erase(section) > 0) {
+        observers.markChanged(MonitorField::openPopovers);
+        observers.announceChanges();
+    }
+}
+
+void SystemMonitor::prepareDetailedSampling(MonitorSection section,
+                                            std::function<void()> completion) {
+    beginDetailedSampling(section);
+    const SamplingPlan current = plan();
+    if (current.samplesGPU) {
+        readGPU();
+    }
+    // CPU and memory figures are not re-read here: the next tick brings them.
+    // Runs now or from the storage slot, which resumes waiters only while this monitor lives.
+    auto settle = [this, section, current, completion = std::move(completion)]() mutable {
+        const bool showsTemperatures =
+            section == MonitorSection::cpu || section == MonitorSection::sensors;
+        if (current.smcScope != SamplingPlan::SMCScope::none && showsTemperatures) {
+            settleTemperatures(current, std::move(completion));
+        } else {
+            completion();
+        }
+    };
+    if (section == MonitorSection::storage) {
+        refreshStorage();
+        storageRefreshTask.whenFinished(std::move(settle));
+    } else {
+        settle();
+    }
+}
+
+void SystemMonitor::whenBackgroundWorkFinished(std::function<void()> completion) {
+    // The slots belong to this monitor and resume their waiters only while it lives.
+    processRefreshTask.whenFinished([this, completion = std::move(completion)]() mutable {
+        temperatureRefreshTask.whenFinished([this, completion = std::move(completion)]() mutable {
+            storageRefreshTask.whenFinished(std::move(completion));
+        });
+    });
+}
+
+std::string SystemMonitor::thermalStateLabel() const {
+    const std::string_view key = thermalStateLabelKey(published.thermalState);
+    return services.translate ? services.translate(key) : std::string(key);
+}
+
+}  // namespace corvane

@@ -1,0 +1,181 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "CorvaneAgent/CPUUsage.h"
+#include "CorvaneAgent/FieldObservers.h"
+#include "CorvaneAgent/MenuBarReadings.h"
+#include "CorvaneAgent/MonitorFields.h"
+#include "CorvaneAgent/PlatformProfile.h"
+#include "CorvaneAgent/SamplingPlan.h"
+#include "CorvaneAgent/TaskSlot.h"
+#include "CorvaneShared/CoreTopology.h"
+#include "CorvaneShared/MonitorSection.h"
+#include "Platform/DisplayState.h"
+#include "Platform/Runtime.h"
+#include "Platform/StorageSource.h"
+#include "Platform/SystemStatistics.h"
+
+namespace corvane {
+
+class SettingsStore;
+
+/// Everything the monitor samples from and runs on. The settings store and the runtime's
+/// services outlive the monitor.
+struct MonitorServices {
+    SettingsStore& settings;
+    Runtime runtime;
+    std::unique_ptr<SystemStatistics> statistics = nullptr;
+    /// Read on a background task; absent while no volume reader is attached.
+    std::shared_ptr<StorageSource> storage = nullptr;
+    /// Absent: the displays never sleep as far as the monitor knows.
+    std::unique_ptr<DisplayStateSource> displayState = nullptr;
+    /// The processor's performance levels, fastest first; empty on a homogeneous CPU.
+    std::vector<CoreTier> coreTiers = {};
+    PlatformProfile profile = PlatformProfile::linuxDesktop();
+    /// Looks up the user-visible text for an English key; absent means English.
+    std::function<std::string(std::string_view)> translate = nullptr;
+    /// Replaces the stored "refreshInterval" (headless runs with an interval of their own).
+    std::optional<double> fixedInterval = std::nullopt;
+};
+
+/// The single observable model of the agent: samples the machine on a repeating timer and
+/// publishes what it read, field by field. A field handed an equal value notifies nobody.
+/// Main thread only; background work hands its results back through the main queue.
+class SystemMonitor final : public MenuBarReadings,
+                            public std::enable_shared_from_this<SystemMonitor> {
+    struct Passkey {};
+
+public:
+    /// Builds the model: initial values, the machine facts read once, the chip name and the
+    /// performance-core count. Sampling begins with `start()`.
+    static std::shared_ptr<SystemMonitor> create(MonitorServices services);
+    SystemMonitor(Passkey, MonitorServices services);
+    ~SystemMonitor() override;
+
+    /// Takes the first sample at once (so the first views have values), starts the timer and
+    /// follows the display state. Called once, after any `beginDetailedSampling` that must
+    /// shape the first sample.
+    void start();
+
+    /// One sampling pass. Starts the background tasks the plan asks for without waiting.
+    void refresh();
+    /// (Re)creates the repeating timer with the configured interval.
+    void startTimer();
+    /// Stops the timer, as a display sleep does; the next wake or `startTimer` resumes.
+    void stopTimer();
+    /// Restarts the timer when the configured interval changed; does nothing while paused.
+    void applyInterval();
+
+    /// The plan for the current settings and open panels, computed afresh.
+    SamplingPlan plan() const;
+    /// The plan the last refresh used; absent before the first.
+    const std::optional<SamplingPlan>& lastRefreshPlan() const { return lastPlan; }
+
+    /// A section's panel opened (widens the plan from the next refresh on).
+    void beginDetailedSampling(MonitorSection section);
+    /// A section's panel closed.
+    void endDetailedSampling(MonitorSection section);
+    /// Marks the section open and brings what its panel shows first up to date; calls
+    /// `completion` on the main thread when done (at once when nothing needs waiting for).
+    void prepareDetailedSampling(MonitorSection section, std::function<void()> completion);
+
+    /// Called at the very end of every refresh.
+    void setOnRefresh(std::function<void()> callback) { onRefresh = std::move(callback); }
+    /// Calls `completion` once no process, sensor or storage task is running.
+    void whenBackgroundWorkFinished(std::function<void()> completion);
+
+    const MonitorFields& fields() const { return published; }
+    Subscription observe(MonitorField field, std::function<void()> onChange) {
+        return observers.observe(field, std::move(onChange));
+    }
+    const std::set<MonitorSection>& openPopovers() const { return openSections; }
+    std::int64_t refreshCount() const { return refreshes; }
+    /// The thermal state in words, in the interface language.
+    std::string thermalStateLabel() const;
+
+    // MenuBarReadings
+    double cpuUsage() const override { return published.cpuUsage; }
+    const std::vector<double>& coreUsages() const override { return published.coreUsages; }
+    int performanceCoreCount() const override { return published.performanceCoreCount; }
+    const std::vector<double>& cpuHistory() const override { return published.cpuHistory; }
+    std::optional<double> cpuTemperature() const override { return published.cpuTemperature; }
+    std::optional<double> gpuTemperature() const override { return published.gpuTemperature; }
+    std::uint64_t swapUsed() const override { return published.swapUsed; }
+    std::int64_t availableStorage() const override { return published.availableStorage; }
+    std::optional<double> cpuWatts() const override { return corvane::cpuWatts(published); }
+    std::optional<double> systemWatts() const override { return corvane::systemWatts(published); }
+    std::optional<double> hottestCelsius() const override {
+        return corvane::hottestCelsius(published);
+    }
+    std::optional<double> fastestFanRPM() const override {
+        return corvane::fastestFanRPM(published);
+    }
+    double memoryUsage() const override { return corvane::memoryUsage(published); }
+    double memoryPressure() const override { return corvane::memoryPressure(published); }
+    double storageUsage() const override { return corvane::storageUsage(published); }
+
+private:
+    double configuredInterval() const;
+    void observeDisplayState();
+    void handleDisplayEvent(DisplayEvent event);
+
+    void readCPUUsage(const std::optional<HostCPULoad>& host);
+    void readCoreUsage(const std::vector<ProcessorLoad>& processors);
+    void readMemory(const std::optional<VMStatistics>& vm, double elapsed);
+    void readLoadAverages();
+    void readSwap(const std::optional<SwapUsage>& swap);
+    void readGPU();
+    void refreshProcesses();
+    void readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery);
+    void settleTemperatures(const SamplingPlan& plan, std::function<void()> completion);
+    void refreshStorage();
+    void applyStorage(const std::optional<StorageReading>& reading);
+    void readThermalState();
+    void appendHistories();
+
+    /// Stores `value` and records the change; an equal value is stored silently.
+    template <typename T, typename U>
+    void assign(MonitorField field, T& slot, U&& value) {
+        if (slot == value) {
+            return;
+        }
+        slot = std::forward<U>(value);
+        observers.markChanged(field);
+    }
+    void append(MonitorField field, std::vector<double>& history, double value);
+
+    MonitorServices services;
+    MonitorFields published;
+    FieldObservers observers;
+
+    std::optional<HostCPULoad> previousCPUInfo;
+    std::vector<CoreTicks> previousCoreTicks;
+    std::optional<std::uint64_t> previousPageIns;
+    std::optional<std::uint64_t> previousPageOuts;
+    bool loadHistoryInitialized = false;
+    CPULoadSample cpuSample;
+    std::vector<CoreTicks> coreTicksScratch;
+
+    std::unique_ptr<Timer> timer;
+    Subscription displaySubscription;
+    TaskSlot processRefreshTask;
+    TaskSlot temperatureRefreshTask;
+    TaskSlot storageRefreshTask;
+
+    std::int64_t refreshes = 0;
+    /// Absent until the first refresh: the distant past.
+    std::optional<TimePoint> lastRefresh;
+    std::optional<SamplingPlan> lastPlan;
+    std::set<MonitorSection> openSections;
+    std::function<void()> onRefresh;
+};
+
+}  // namespace corvane

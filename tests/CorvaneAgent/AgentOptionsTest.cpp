@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "CorvaneAgent/AgentOptions.h"
+
+namespace corvane {
+namespace {
+
+std::variant<AgentOptions, ArgumentError> parse(std::vector<std::string_view> arguments) {
+    return parseAgentArguments(arguments);
+}
+
+TEST(AgentOptions, AcceptsEveryFlagInBothSpellings) {
+    auto parsed = parse({"--snapshot", "--refreshes", "4", "--interval=0.5", "--open", "cpu",
+                         "--open=sensors", "--procfs", "/", "--sysfs=/"});
+    ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
+    const auto& options = std::get<AgentOptions>(parsed);
+    EXPECT_EQ(options.mode, AgentOptions::Mode::snapshot);
+    EXPECT_EQ(options.refreshes, 4);
+    EXPECT_EQ(options.interval, 0.5);
+    EXPECT_EQ(options.openSections,
+              (std::vector<MonitorSection>{MonitorSection::cpu, MonitorSection::sensors}));
+    EXPECT_EQ(options.procfs, "/");
+}
+
+TEST(AgentOptions, NoArgumentsMeanTheMenuBarWithRealRoots) {
+    auto parsed = parse({});
+    ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
+    EXPECT_EQ(std::get<AgentOptions>(parsed).mode, AgentOptions::Mode::menuBar);
+    EXPECT_EQ(std::get<AgentOptions>(parsed).procfs, "/proc");
+}
+
+TEST(AgentOptions, HelpWinsOverEverythingAfterIt) {
+    auto parsed = parse({"--stream", "--help", "--bogus"});
+    ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
+    EXPECT_EQ(std::get<AgentOptions>(parsed).mode, AgentOptions::Mode::help);
+}
+
+TEST(AgentOptions, RefusesBadInputWithOneLine) {
+    struct Row {
+        const char* name;
+        std::vector<std::string_view> arguments;
+        const char* mentions;
+    };
+    const Row rows[] = {
+        {"unknown flag", {"--snapshot", "--verbose"}, "--verbose"},
+        {"stray argument", {"snapshot"}, "snapshot"},
+        {"missing count", {"--snapshot", "--refreshes"}, "--refreshes"},
+        {"zero refreshes", {"--snapshot", "--refreshes", "0"}, "'0'"},
+        {"count with trailing text", {"--snapshot", "--refreshes", "3x"}, "'3x'"},
+        {"negative interval", {"--stream", "--interval", "-1"}, "'-1'"},
+        {"interval not a number", {"--stream", "--interval=fast"}, "'fast'"},
+        {"infinite interval", {"--stream", "--interval", "inf"}, "'inf'"},
+        {"unknown section", {"--open", "disk"}, "'disk'"},
+        {"section in the wrong case", {"--open", "CPU"}, "'CPU'"},
+        {"missing directory", {"--procfs", "/nonexistent/corvane"}, "/nonexistent/corvane"},
+        {"empty directory", {"--sysfs="}, "--sysfs"},
+        {"two modes", {"--snapshot", "--stream"}, "--stream"},
+        {"value on a switch", {"--snapshot=yes"}, "--snapshot"},
+        {"refreshes without a headless mode", {"--refreshes", "2"}, "--refreshes"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        auto parsed = parse(row.arguments);
+        ASSERT_TRUE(std::holds_alternative<ArgumentError>(parsed));
+        const std::string& message = std::get<ArgumentError>(parsed).message;
+        EXPECT_NE(message.find(row.mentions), std::string::npos) << message;
+        EXPECT_EQ(message.find('\n'), std::string::npos);
+    }
+}
+
+}  // namespace
+}  // namespace corvane

@@ -1,0 +1,417 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "CorvaneAgent/SystemMonitor.h"
+#include "CorvaneShared/SettingsStore.h"
+#include "tests/CorvaneAgent/FakeSystemStatistics.h"
+#include "tests/support/ManualScheduler.h"
+
+namespace corvane {
+namespace {
+
+using testing::FakeReadings;
+using testing::FakeSystemStatistics;
+using testing::ManualScheduler;
+
+class FakeDisplayState final : public DisplayStateSource {
+public:
+    Subscription observe(std::function<void(DisplayEvent)> handler) override {
+        *this->handler = std::move(handler);
+        return Subscription([slot = this->handler] { *slot = nullptr; });
+    }
+    std::shared_ptr<std::function<void(DisplayEvent)>> handler =
+        std::make_shared<std::function<void(DisplayEvent)>>();
+};
+
+class FakeStorage final : public StorageSource {
+public:
+    std::optional<StorageReading> readStorage() override {
+        ++reads;
+        return reading;
+    }
+    int reads = 0;
+    std::optional<StorageReading> reading = StorageReading{1000, 250, "Data"};
+};
+
+class SystemMonitorTest : public ::testing::Test {
+protected:
+    std::shared_ptr<SystemMonitor> makeMonitor(std::set<MonitorSection> open = {}) {
+        auto display = std::make_unique<FakeDisplayState>();
+        displayHandler = display->handler;
+        MonitorServices services{
+            .settings = settings,
+            .runtime = scheduler.runtime(),
+            .statistics = std::make_unique<FakeSystemStatistics>(readings),
+            .storage = storage,
+            .displayState = std::move(display),
+        };
+        auto monitor = SystemMonitor::create(std::move(services));
+        for (MonitorSection section : open) {
+            monitor->beginDetailedSampling(section);
+        }
+        monitor->start();
+        return monitor;
+    }
+
+    void sendDisplayEvent(DisplayEvent event) { (*displayHandler)(event); }
+
+    ManualScheduler scheduler;
+    InMemorySettingsStore settings;
+    FakeReadings readings;
+    std::shared_ptr<FakeStorage> storage = std::make_shared<FakeStorage>();
+    std::shared_ptr<std::function<void(DisplayEvent)>> displayHandler;
+};
+
+TEST_F(SystemMonitorTest, FirstRefreshIsABaselineAndTheSecondShowsUsage) {
+    readings.host = HostCPULoad{100, 100, 100, 100};
+    readings.processors = {{10, 10, 10, 10}, {20, 20, 20, 20}, {30, 30, 30, 30}};
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->fields().cpuUsage, 0.0);
+    EXPECT_EQ(monitor->fields().coreUsages, std::vector<double>(3, 0.0));
+
+    readings.host = HostCPULoad{130, 120, 140, 110};  // +30 user, +20 system, +40 idle, +10 nice
+    readings.processors = {{20, 10, 10, 10}, {20, 20, 30, 20}, {30, 30, 30, 30}};
+    scheduler.advance(1.0);
+    EXPECT_DOUBLE_EQ(monitor->fields().userCPUUsage, 0.4);
+    EXPECT_DOUBLE_EQ(monitor->fields().systemCPUUsage, 0.2);
+    EXPECT_DOUBLE_EQ(monitor->fields().cpuUsage, 0.6);
+    EXPECT_EQ(monitor->fields().coreUsages, (std::vector<double>{1.0, 0.0, 0.0}));
+
+    // No tick elapsed: the previous usage stays instead of dropping to 0.
+    scheduler.advance(1.0);
+    EXPECT_DOUBLE_EQ(monitor->fields().cpuUsage, 0.6);
+}
+
+TEST_F(SystemMonitorTest, ChangedCpuCountShowsZerosForOneRefresh) {
+    readings.processors = {{0, 0, 0, 0}, {0, 0, 0, 0}};
+    auto monitor = makeMonitor();
+    readings.processors = {{10, 0, 0, 0}, {10, 0, 0, 0}};
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->fields().coreUsages, (std::vector<double>{1.0, 1.0}));
+
+    readings.processors = {{20, 0, 0, 0}};  // a CPU went offline
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->fields().coreUsages, std::vector<double>{0.0});
+    readings.processors = {{20, 0, 10, 0}};
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->fields().coreUsages, std::vector<double>{0.0});
+    readings.processors = {{30, 0, 10, 0}};
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->fields().coreUsages, std::vector<double>{1.0});
+}
+
+TEST_F(SystemMonitorTest, PagingRatesUseTheClampedElapsedTime) {
+    readings.vm = VMStatistics{.pageInBytes = 1'000'000, .pageOutBytes = 500'000};
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->fields().pageInsPerSecond, 0u);
+
+    // Two refreshes at the same instant count as a millisecond apart.
+    readings.vm->pageInBytes += 16384;
+    monitor->refresh();
+    EXPECT_EQ(monitor->fields().pageInsPerSecond, 16'384'000u);
+    EXPECT_EQ(monitor->fields().pageOutsPerSecond, 0u);
+
+    // A counter reset zeroes its own direction only; a long gap counts as a minute.
+    monitor->stopTimer();
+    scheduler.advance(600.0);
+    readings.vm->pageInBytes = 0;
+    readings.vm->pageOutBytes += 6000;
+    monitor->refresh();
+    EXPECT_EQ(monitor->fields().pageInsPerSecond, 0u);
+    EXPECT_EQ(monitor->fields().pageOutsPerSecond, 100u);
+}
+
+TEST_F(SystemMonitorTest, MemoryCompositionAndUsedMemoryCappedAtTotal) {
+    readings.physicalMemory = 1000;
+    readings.vm = VMStatistics{.wiredBytes = 100, .compressedBytes = 50, .activeBytes = 300,
+                               .inactiveBytes = 200};
+    readings.pressure = 2;
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->fields().usedMemory, 450u);
+    EXPECT_EQ(monitor->fields().cacheMemory, 200u);
+    EXPECT_EQ(monitor->fields().memoryPressureLevel, MemoryPressureLevel::warning);
+    EXPECT_DOUBLE_EQ(monitor->memoryUsage(), 0.45);
+    EXPECT_DOUBLE_EQ(monitor->memoryPressure(), 0.15);
+
+    readings.vm->activeBytes = 5000;
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->fields().usedMemory, 1000u);
+    EXPECT_DOUBLE_EQ(monitor->memoryUsage(), 1.0);
+}
+
+TEST_F(SystemMonitorTest, FailedReadsLeaveFieldsAsTheyWere) {
+    readings.host = HostCPULoad{0, 0, 0, 0};
+    readings.vm = VMStatistics{.wiredBytes = 100, .activeBytes = 100};
+    readings.swap = SwapUsage{.totalBytes = 1000, .usedBytes = 10};
+    readings.pressure = 4;
+    auto monitor = makeMonitor();
+    readings.host = HostCPULoad{10, 10, 0, 0};
+    scheduler.advance(1.0);
+    const MonitorFields before = monitor->fields();
+
+    readings.host.reset();
+    readings.processors.clear();
+    readings.vm.reset();
+    readings.swap.reset();
+    readings.loadAverages.reset();
+    readings.uptime.reset();
+    readings.pressure = 1;  // must not be read while the memory statistics fail
+    scheduler.advance(1.0);
+    const MonitorFields& after = monitor->fields();
+    EXPECT_EQ(after.cpuUsage, before.cpuUsage);
+    EXPECT_EQ(after.coreUsages, before.coreUsages);
+    EXPECT_EQ(after.usedMemory, before.usedMemory);
+    EXPECT_EQ(after.memoryPressureLevel, MemoryPressureLevel::critical);
+    EXPECT_EQ(after.swapTotal, 1000u);
+    EXPECT_EQ(after.loadAverages, before.loadAverages);
+    EXPECT_EQ(after.uptime, before.uptime);
+    EXPECT_EQ(monitor->refreshCount(), 3);
+}
+
+TEST_F(SystemMonitorTest, HistoriesKeepTheirLengthAndLoadHistoriesStartFlat) {
+    readings.loadAverages = std::array<double, 3>{2.0, 1.5, 1.0};
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->fields().loadOneHistory, std::vector<double>(60, 2.0));
+    EXPECT_EQ(monitor->fields().loadFifteenHistory, std::vector<double>(60, 1.0));
+
+    readings.loadAverages = std::array<double, 3>{3.0, 1.5, 1.0};
+    readings.host = HostCPULoad{0, 0, 0, 0};
+    scheduler.advance(1.0);
+    readings.host = HostCPULoad{50, 0, 50, 0};
+    scheduler.advance(1.0);
+    const auto& loadOne = monitor->fields().loadOneHistory;
+    ASSERT_EQ(loadOne.size(), 60u);
+    EXPECT_EQ(loadOne.front(), 2.0);
+    EXPECT_EQ(loadOne.back(), 3.0);
+    EXPECT_EQ(monitor->fields().cpuHistory.back(), 0.5);
+
+    scheduler.advance(60.0);
+    EXPECT_EQ(monitor->fields().cpuHistory, std::vector<double>(36, 0.5));
+    EXPECT_EQ(monitor->fields().userCPUHistory.size(), 36u);
+    EXPECT_EQ(monitor->fields().loadOneHistory, std::vector<double>(60, 3.0));
+}
+
+TEST_F(SystemMonitorTest, ObserversHearChangesOnlyAndHistoriesAlways) {
+    readings.host = HostCPULoad{0, 0, 0, 0};
+    auto monitor = makeMonitor();
+    int usageChanges = 0;
+    int historyChanges = 0;
+    int swapChanges = 0;
+    auto usage = monitor->observe(MonitorField::cpuUsage, [&] { ++usageChanges; });
+    auto history = monitor->observe(MonitorField::cpuHistory, [&] { ++historyChanges; });
+    auto swap = monitor->observe(MonitorField::swapUsed, [&] { ++swapChanges; });
+
+    readings.host = HostCPULoad{10, 0, 10, 0};
+    scheduler.advance(1.0);
+    readings.host = HostCPULoad{20, 0, 20, 0};  // the same half-busy split again
+    scheduler.advance(1.0);
+    EXPECT_EQ(usageChanges, 1);
+    EXPECT_EQ(historyChanges, 2);
+    EXPECT_EQ(swapChanges, 0);
+
+    usage.reset();
+    readings.host = HostCPULoad{40, 0, 20, 0};
+    scheduler.advance(1.0);
+    EXPECT_EQ(usageChanges, 1);
+}
+
+TEST_F(SystemMonitorTest, ObserverSeesTheWholeStepItBelongsTo) {
+    // Told about cpuUsage, an observer already sees the user/system split of the same sample.
+    readings.host = HostCPULoad{0, 0, 0, 0};
+    auto monitor = makeMonitor();
+    double seenSum = -1;
+    auto token = monitor->observe(MonitorField::cpuUsage, [&] {
+        seenSum = monitor->fields().userCPUUsage + monitor->fields().systemCPUUsage;
+    });
+    readings.host = HostCPULoad{30, 10, 60, 0};
+    scheduler.advance(1.0);
+    EXPECT_DOUBLE_EQ(seenSum, 0.4);
+}
+
+TEST_F(SystemMonitorTest, ObserverMayCancelAnotherWhileBeingTold) {
+    readings.host = HostCPULoad{0, 0, 0, 0};
+    auto monitor = makeMonitor();
+    Subscription second;
+    int secondCalls = 0;
+    auto first = monitor->observe(MonitorField::cpuUsage, [&] { second.reset(); });
+    second = monitor->observe(MonitorField::cpuUsage, [&] { ++secondCalls; });
+    readings.host = HostCPULoad{10, 0, 10, 0};
+    scheduler.advance(1.0);
+    EXPECT_EQ(secondCalls, 0);
+}
+
+TEST_F(SystemMonitorTest, TimerUsesTheConfiguredIntervalWithTwentyPercentTolerance) {
+    struct Row {
+        const char* name;
+        SettingValue stored;
+        double interval;
+    };
+    const Row rows[] = {
+        {"nothing stored", nullptr, 1.0}, {"two seconds", 2.0, 2.0},
+        {"zero", 0.0, 1.0},               {"negative", -3.0, 1.0},
+        {"numeric text", "0.5", 0.5},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        settings.set("refreshInterval", row.stored);
+        auto monitor = makeMonitor();
+        auto timers = scheduler.activeTimers();
+        ASSERT_EQ(timers.size(), 1u);
+        EXPECT_DOUBLE_EQ(timers[0].interval, row.interval);
+        EXPECT_DOUBLE_EQ(timers[0].tolerance, 0.2 * row.interval);
+    }
+}
+
+TEST_F(SystemMonitorTest, ApplyIntervalRestartsOnlyOnChangeAndNotWhilePaused) {
+    auto monitor = makeMonitor();
+    const std::size_t started = scheduler.timersStarted();
+    monitor->applyInterval();
+    EXPECT_EQ(scheduler.timersStarted(), started);
+
+    settings.set("refreshInterval", 2.0);
+    monitor->applyInterval();
+    EXPECT_EQ(scheduler.timersStarted(), started + 1);
+    ASSERT_EQ(scheduler.activeTimers().size(), 1u);
+    EXPECT_EQ(scheduler.activeTimers()[0].interval, 2.0);
+    const auto refreshes = monitor->refreshCount();
+    scheduler.advance(4.0);
+    EXPECT_EQ(monitor->refreshCount(), refreshes + 2);
+
+    sendDisplayEvent(DisplayEvent::screensDidSleep);
+    settings.set("refreshInterval", 3.0);
+    monitor->applyInterval();
+    EXPECT_TRUE(scheduler.activeTimers().empty());
+}
+
+TEST_F(SystemMonitorTest, SleepStopsSamplingAndWakeRefreshesAtOnce) {
+    auto monitor = makeMonitor();
+    scheduler.advance(2.0);
+    EXPECT_EQ(monitor->refreshCount(), 3);
+
+    // A wake with no sleep before it changes nothing.
+    sendDisplayEvent(DisplayEvent::screensDidWake);
+    EXPECT_EQ(monitor->refreshCount(), 3);
+    EXPECT_EQ(scheduler.activeTimers().size(), 1u);
+
+    sendDisplayEvent(DisplayEvent::sessionDidResignActive);
+    scheduler.advance(10.0);
+    EXPECT_EQ(monitor->refreshCount(), 3);
+
+    sendDisplayEvent(DisplayEvent::sessionDidBecomeActive);
+    EXPECT_EQ(monitor->refreshCount(), 4);
+    EXPECT_EQ(scheduler.activeTimers().size(), 1u);
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->refreshCount(), 5);
+}
+
+TEST_F(SystemMonitorTest, StorageEveryFifteenthRefreshOrEveryThirdWithItsPanelOpen) {
+    auto monitor = makeMonitor();
+    scheduler.settle();
+    EXPECT_EQ(storage->reads, 1);
+    EXPECT_EQ(monitor->fields().totalStorage, 1000);
+    EXPECT_EQ(monitor->fields().volumeName, "Data");
+    EXPECT_DOUBLE_EQ(monitor->storageUsage(), 0.75);
+
+    for (int tick = 1; tick < 15; ++tick) {
+        scheduler.advance(1.0);
+        scheduler.settle();
+    }
+    EXPECT_EQ(storage->reads, 1);
+    scheduler.advance(1.0);  // refresh number 15
+    scheduler.settle();
+    EXPECT_EQ(storage->reads, 2);
+
+    monitor->beginDetailedSampling(MonitorSection::storage);
+    scheduler.advance(3.0);  // refreshes 16, 17, 18
+    scheduler.settle();
+    EXPECT_EQ(storage->reads, 3);
+    EXPECT_EQ(monitor->lastRefreshPlan()->storageEvery, 3);
+}
+
+TEST_F(SystemMonitorTest, AtMostOneStorageTaskRuns) {
+    auto monitor = makeMonitor({MonitorSection::storage});
+    // The first task has not run yet when the next refreshes come due.
+    scheduler.advance(6.0);
+    EXPECT_EQ(scheduler.pendingBackgroundTasks(), 1u);
+    scheduler.settle();
+    EXPECT_EQ(storage->reads, 1);
+}
+
+TEST_F(SystemMonitorTest, PreparingTheStoragePanelWaitsForTheRunningTask) {
+    auto monitor = makeMonitor();
+    ASSERT_EQ(scheduler.pendingBackgroundTasks(), 1u);  // started by the first refresh
+    bool prepared = false;
+    monitor->prepareDetailedSampling(MonitorSection::storage, [&] { prepared = true; });
+    EXPECT_TRUE(monitor->openPopovers().contains(MonitorSection::storage));
+    EXPECT_EQ(scheduler.pendingBackgroundTasks(), 1u);
+    EXPECT_FALSE(prepared);
+    scheduler.settle();
+    EXPECT_TRUE(prepared);
+    EXPECT_EQ(storage->reads, 1);
+
+    // With no task running, preparing starts one and waits for its result.
+    storage->reading = StorageReading{2000, 500, ""};
+    prepared = false;
+    monitor->prepareDetailedSampling(MonitorSection::storage, [&] {
+        prepared = true;
+        EXPECT_EQ(monitor->fields().totalStorage, 2000);
+    });
+    EXPECT_FALSE(prepared);
+    scheduler.settle();
+    EXPECT_TRUE(prepared);
+    EXPECT_EQ(monitor->fields().volumeName, "File System");
+}
+
+TEST_F(SystemMonitorTest, PreparingOtherPanelsCompletesAtOnce) {
+    auto monitor = makeMonitor();
+    for (MonitorSection section :
+         {MonitorSection::cpu, MonitorSection::memory, MonitorSection::sensors}) {
+        bool prepared = false;
+        monitor->prepareDetailedSampling(section, [&] { prepared = true; });
+        EXPECT_TRUE(prepared);
+    }
+    EXPECT_EQ(monitor->plan().smcScope, SamplingPlan::SMCScope::full);
+    monitor->endDetailedSampling(MonitorSection::sensors);
+    EXPECT_EQ(monitor->plan().smcScope, SamplingPlan::SMCScope::menuBar);
+}
+
+TEST_F(SystemMonitorTest, ResultOfATaskThatOutlivesItsMonitorIsDropped) {
+    auto monitor = makeMonitor();
+    int refreshesSeen = 0;
+    monitor->setOnRefresh([&] { ++refreshesSeen; });
+    ASSERT_EQ(scheduler.pendingBackgroundTasks(), 1u);
+    monitor.reset();
+    scheduler.settle();  // the task runs and posts to a monitor that is gone
+    scheduler.advance(5.0);
+    EXPECT_EQ(storage->reads, 1);
+    EXPECT_EQ(refreshesSeen, 0);
+}
+
+TEST_F(SystemMonitorTest, BackgroundWorkWaitEndsAfterTheLastResult) {
+    auto monitor = makeMonitor();
+    bool finished = false;
+    monitor->whenBackgroundWorkFinished([&] { finished = true; });
+    EXPECT_FALSE(finished);
+    scheduler.settle();
+    EXPECT_TRUE(finished);
+    EXPECT_EQ(monitor->fields().totalStorage, 1000);
+}
+
+TEST_F(SystemMonitorTest, ConstructionReadsMachineFactsWithFallbacks) {
+    readings.brand.reset();
+    readings.thermal.reset();
+    readings.physicalMemory = 4096;
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->fields().chipName, "Processor");
+    EXPECT_EQ(monitor->fields().totalMemory, 4096u);
+    EXPECT_EQ(monitor->fields().thermalState, ThermalState::unknown);
+    EXPECT_EQ(monitor->thermalStateLabel(), "Unknown");
+
+    readings.thermal = ThermalState::serious;
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->thermalStateLabel(), "High");
+}
+
+}  // namespace
+}  // namespace corvane
