@@ -1,8 +1,9 @@
 #include "CorvaneShared/SettingsStore.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cctype>
+#include <charconv>
+#include <cmath>
 
 namespace corvane {
 
@@ -19,7 +20,8 @@ std::optional<double> parseWholeNumber(std::string_view text) {
     double value = 0;
     const char* end = text.data() + text.size();
     auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end) {
+    // from_chars also accepts "nan" and "inf", which no setting means as a number.
+    if (error != std::errc{} || stop != end || !std::isfinite(value)) {
         return std::nullopt;
     }
     return value;

@@ -1,8 +1,16 @@
 # Shared compile settings and the guard that keeps the logic free of Qt.
 
 set(CORVANE_WARNINGS
-    -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Wcast-qual -Wformat=2
+    -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Wcast-qual -Wformat=2
     -Wimplicit-fallthrough -Wmissing-declarations -Werror)
+# Members carry no prefix, so a constructor parameter may share a member's name; only a local
+# hiding another local is a fault worth stopping the build for. Clang's -Wshadow already
+# leaves constructor parameters alone.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    list(APPEND CORVANE_WARNINGS -Wshadow=local)
+else()
+    list(APPEND CORVANE_WARNINGS -Wshadow)
+endif()
 
 set(CORVANE_SANITIZE_FLAGS "")
 if(CORVANE_SANITIZE)

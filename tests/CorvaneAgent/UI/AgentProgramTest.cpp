@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+const fs::path fixtures = CORVANE_FIXTURES;
+
+/// The --procfs and --sysfs arguments of a fixture machine (not every tree has a sys part).
+std::string rootsOf(const std::string& machine) {
+    std::string arguments = "--procfs " + (fixtures / machine / "proc").string();
+    if (fs::is_directory(fixtures / machine / "sys")) {
+        arguments += " --sysfs " + (fixtures / machine / "sys").string();
+    }
+    return arguments;
+}
+
+struct ProgramRun {
+    int status = -1;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs corvane-agent with a settings directory and suite of this test's own.
+class AgentProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        configHome = fs::temp_directory_path() /
+                     ("corvane-program-test-" + std::to_string(::getpid()));
+        fs::create_directories(configHome / "corvane");
+        ::setenv("XDG_CONFIG_HOME", configHome.c_str(), 1);
+        ::setenv("CORVANE_SETTINGS_SUITE", "program-test", 1);
+    }
+    void TearDown() override { fs::remove_all(configHome); }
+
+    void storeSettings(const std::string& text) {
+        std::ofstream(configHome / "corvane" / "program-test.json") << text;
+    }
+
+    ProgramRun runAgent(const std::string& arguments) {
+        const fs::path errorsFile = configHome / "stderr";
+        const std::string command =
+            std::string(CORVANE_AGENT_PROGRAM) + " " + arguments + " 2>" + errorsFile.string();
+        ProgramRun run;
+        FILE* pipe = ::popen(command.c_str(), "r");
+        if (pipe == nullptr) {
+            return run;
+        }
+        char buffer[4096];
+        while (std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe)) {
+            run.output.append(buffer, count);
+        }
+        const int status = ::pclose(pipe);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        std::stringstream errors;
+        errors << std::ifstream(errorsFile).rdbuf();
+        run.errors = errors.str();
+        return run;
+    }
+
+    json snapshot(const std::string& arguments) {
+        ProgramRun run = runAgent("--snapshot --interval 0.01 " + arguments);
+        EXPECT_EQ(run.status, 0) << run.errors;
+        return json::parse(run.output, nullptr, false);
+    }
+
+    fs::path configHome;
+};
+
+TEST_F(AgentProgramTest, SnapshotOfACapturedMachine) {
+    json result = snapshot(rootsOf("debian12-kvm-x86_64"));
+    ASSERT_TRUE(result.is_object());
+    // Values of /proc/meminfo, /proc/stat and /proc/loadavg of that capture.
+    EXPECT_EQ(result["totalMemory"], 24684096ull * 1024);
+    EXPECT_EQ(result["usedMemory"], (24684096ull - 24353248ull) * 1024);
+    EXPECT_EQ(result["swapTotal"], 0);
+    EXPECT_EQ(result["coreUsages"].size(), 2u);
+    EXPECT_EQ(result["loadAverages"], json::parse("[0.0, 0.04, 0.02]"));
+    EXPECT_EQ(result["cpuUsage"], 0.0);  // the counters of a capture never move
+    EXPECT_EQ(result["thermalStateLabel"], "Unknown");
+    EXPECT_EQ(result["plan"], json::parse(R"({"samplesProcesses": true, "samplesGPU": false,
+        "samplesBattery": false, "storageEvery": 15, "smcScope": "menuBar"})"));
+}
+
+TEST_F(AgentProgramTest, PlanFollowsTheStoredSettingsAndOpenPanels) {
+    struct Row {
+        const char* name;
+        const char* stored;
+        const char* arguments;
+        const char* plan;
+    };
+    const Row rows[] = {
+        {"every meter hidden",
+         R"({"showCPUItem": false, "showMemoryItem": false, "showStorageItem": false,
+             "showSensorsItem": false})",
+         "", R"({"samplesProcesses": false, "samplesGPU": false, "samplesBattery": false,
+                 "storageEvery": 15, "smcScope": "none"})"},
+        {"hottest readout", R"({"sensorsReadout": "hottest"})", "",
+         R"({"samplesProcesses": true, "samplesGPU": false, "samplesBattery": false,
+             "storageEvery": 15, "smcScope": "full"})"},
+        {"sensors off, cpu usage, storage panel open",
+         R"({"sensorsReadout": "off", "cpuReadout": "usage"})", "--open storage",
+         R"({"samplesProcesses": true, "samplesGPU": false, "samplesBattery": false,
+             "storageEvery": 3, "smcScope": "none"})"},
+        {"corrupt settings file reads as empty", "{not json", "--open sensors",
+         R"({"samplesProcesses": true, "samplesGPU": true, "samplesBattery": true,
+             "storageEvery": 15, "smcScope": "full"})"},
+    };
+    const std::string roots = rootsOf("debian12-kvm-x86_64");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        storeSettings(row.stored);
+        json result = snapshot(roots + " " + row.arguments);
+        EXPECT_EQ(result["plan"], json::parse(row.plan));
+    }
+}
+
+TEST_F(AgentProgramTest, StreamPrintsOneLinePerRefresh) {
+    ProgramRun run =
+        runAgent("--stream --refreshes 3 --interval 0.01 " + rootsOf("laptop-zram-zswap-x86_64"));
+    ASSERT_EQ(run.status, 0) << run.errors;
+    std::istringstream lines(run.output);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        json parsed = json::parse(line, nullptr, false);
+        ASSERT_TRUE(parsed.is_object()) << line;
+        EXPECT_GT(parsed["compressedMemory"].get<std::uint64_t>(), 0u);
+    }
+    EXPECT_EQ(count, 3);
+}
+
+TEST_F(AgentProgramTest, BrokenTreesStillGiveASnapshot) {
+    for (const char* machine : {"broken-empty", "broken-garbage", "broken-missing-fields",
+                                "broken-truncated"}) {
+        SCOPED_TRACE(machine);
+        json result = snapshot(rootsOf(machine));
+        ASSERT_TRUE(result.is_object());
+        EXPECT_EQ(result["cpuHistory"].size(), 36u);
+        EXPECT_EQ(result["loadAverages"].size(), 3u);
+    }
+}
+
+TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
+    for (const char* arguments : {"--bogus", "--snapshot --refreshes 0", "--open disk",
+                                  "--snapshot --interval", "--procfs /nonexistent/corvane"}) {
+        SCOPED_TRACE(arguments);
+        ProgramRun run = runAgent(arguments);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_TRUE(run.output.empty());
+        EXPECT_TRUE(run.errors.starts_with("corvane-agent: ")) << run.errors;
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
+    }
+}
+
+TEST_F(AgentProgramTest, HelpDescribesEveryFlag) {
+    ProgramRun run = runAgent("--help");
+    EXPECT_EQ(run.status, 0);
+    for (const char* flag : {"--snapshot", "--stream", "--refreshes", "--interval", "--open",
+                             "--procfs", "--sysfs", "--help"}) {
+        EXPECT_NE(run.output.find(flag), std::string::npos) << flag;
+    }
+}
+
+}  // namespace

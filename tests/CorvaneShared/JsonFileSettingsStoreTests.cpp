@@ -1,0 +1,321 @@
+#include "CorvaneShared/JsonFileSettingsStore.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/CorvaneShared/FileTestSupport.h"
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::TemporaryDirectory;
+
+// Puts `content` in place the way our writers do, so the file gets a new identity.
+void replaceFileContent(const fs::path& path, std::string_view content) {
+    const fs::path temporary = path.string() + ".test-new";
+    testing::writeFile(temporary, content);
+    fs::rename(temporary, path);
+}
+
+struct stat statusOf(const fs::path& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+std::set<std::string> temporaryFilesBeside(const fs::path& path) {
+    std::set<std::string> names =
+        testing::namesStartingWith(path.parent_path(), path.filename().string() + ".tmp-");
+    return names;
+}
+
+TEST(JsonFileSettingsStore, ReadsTheFileAsItIsNow) {
+    struct Row {
+        const char* name;
+        std::optional<std::string> content;  // absent: no file
+        SettingValue expected;
+    };
+    const SettingValue empty = SettingValue::object();
+    // The rows run in order against one store, so each also checks that the store notices the
+    // change from the row before.
+    const std::vector<Row> rows = {
+        {"missing file", std::nullopt, empty},
+        {"object", R"({"a": 1, "b": "text"})", {{"a", 1}, {"b", "text"}}},
+        {"not JSON", "{\"a\": ", empty},
+        {"object after a corrupt file", R"({"a": 2})", {{"a", 2}}},
+        {"array", "[1, 2]", empty},
+        {"object followed by other text", R"({"a": 3} {"b": 4})", empty},
+        {"empty file", "", empty},
+        {"object after an empty file", R"({"c": true})", {{"c", true}}},
+        {"deleted file", std::nullopt, empty},
+    };
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    JsonFileSettingsStore store(path);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        if (row.content) {
+            replaceFileContent(path, *row.content);
+        } else {
+            fs::remove(path);
+        }
+        EXPECT_EQ(store.storedValues(), row.expected);
+    }
+}
+
+TEST(JsonFileSettingsStore, ReadsSeeAnotherStoresWritesAtOnce) {
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    JsonFileSettingsStore writer(path);
+    JsonFileSettingsStore reader(path);
+
+    // Values of equal length, each file stamped with the same time as if all landed within one
+    // timestamp tick: only the inode number tells the files apart. Several writes between two
+    // reads let a file system that recycles freed inode numbers give one back.
+    const timespec sameTick[2] = {{1'700'000'000, 0}, {1'700'000'000, 0}};
+    int written = 0;
+    for (int round = 0; round < 30; ++round) {
+        std::string value;
+        for (int write = 0; write <= round % 3; ++write) {
+            value = "value-" + std::to_string(written++ % 10);
+            ASSERT_TRUE(writer.set("key", value));
+            ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), sameTick, 0), 0);
+        }
+        ASSERT_EQ(reader.string("key"), value) << "round " << round;
+    }
+
+    ASSERT_TRUE(writer.remove("key"));
+    EXPECT_TRUE(reader.object("key").is_null());
+}
+
+TEST(JsonFileSettingsStore, WritesKeepTheKindOfEveryNumber) {
+    struct Row {
+        const char* name;
+        SettingValue value;
+    };
+    // In sequence under one key: each row changes only the kind of number, which JSON equality
+    // alone would take for no change at all.
+    const std::vector<Row> rows = {
+        {"float", 1.0},
+        {"integer of the same value", 1},
+        {"float again", 1.0},
+        {"array of integers", SettingValue::array({1, 2})},
+        {"array of floats of the same values", SettingValue::array({1.0, 2.0})},
+    };
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    JsonFileSettingsStore writer(path);
+    JsonFileSettingsStore reader(path);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        ASSERT_TRUE(writer.set("value", row.value));
+        EXPECT_EQ(reader.object("value").dump(), row.value.dump());
+    }
+}
+
+TEST(JsonFileSettingsStore, EqualValueWritesNothing) {
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    JsonFileSettingsStore store(path);
+    ASSERT_TRUE(store.set("a", 1));
+    const ino_t inode = statusOf(path).st_ino;
+
+    ASSERT_TRUE(store.set("a", 1));
+    ASSERT_TRUE(JsonFileSettingsStore(path).set("a", 1));
+    ASSERT_TRUE(store.remove("absent"));
+    EXPECT_EQ(statusOf(path).st_ino, inode);
+
+    // Removing what is not there must not even create the folder.
+    const fs::path untouched = directory / "untouched";
+    ASSERT_TRUE(JsonFileSettingsStore(untouched / "settings.json").remove("absent"));
+    EXPECT_FALSE(fs::exists(untouched));
+}
+
+TEST(JsonFileSettingsStore, NewFilesArePrivateAndReplacementsKeepPermissions) {
+    TemporaryDirectory directory;
+    const fs::path folder = directory / "config" / "corvane";
+    const fs::path path = folder / "settings.json";
+    JsonFileSettingsStore store(path);
+
+    ASSERT_TRUE(store.set("a", 1));
+    EXPECT_EQ(statusOf(directory / "config").st_mode & 07777, 0700u);
+    EXPECT_EQ(statusOf(folder).st_mode & 07777, 0700u);
+    EXPECT_EQ(statusOf(path).st_mode & 07777, 0600u);
+
+    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+    ASSERT_TRUE(store.set("b", 2));
+    EXPECT_EQ(statusOf(path).st_mode & 07777, 0644u);
+    EXPECT_EQ(JsonFileSettingsStore(path).storedValues(), SettingValue({{"a", 1}, {"b", 2}}));
+    EXPECT_TRUE(temporaryFilesBeside(path).empty());
+}
+
+TEST(JsonFileSettingsStore, CorruptFileIsCopiedBesideItselfBeforeItIsReplaced) {
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    const std::string backupPrefix = "settings.json.corrupt-";
+    JsonFileSettingsStore store(path);
+
+    testing::writeFile(path, "not JSON");
+    EXPECT_EQ(store.storedValues(), SettingValue::object());
+    ASSERT_TRUE(store.set("a", 1));
+    std::set<std::string> backups = testing::namesStartingWith(directory.path(), backupPrefix);
+    ASSERT_EQ(backups.size(), 1u);
+    EXPECT_EQ(testing::readFile(directory / *backups.begin()), "not JSON");
+    EXPECT_EQ(JsonFileSettingsStore(path).storedValues(), SettingValue({{"a", 1}}));
+
+    // A second episode within the same second must not overwrite the first copy.
+    testing::writeFile(path, "[1, 2]");
+    EXPECT_EQ(store.storedValues(), SettingValue::object());
+    ASSERT_TRUE(store.remove("a"));
+    EXPECT_EQ(testing::readFile(path), "[1, 2]") << "removing from an empty read changes nothing";
+    ASSERT_TRUE(store.set("b", 2));
+
+    backups = testing::namesStartingWith(directory.path(), backupPrefix);
+    std::multiset<std::string> contents;
+    for (const std::string& backup : backups) {
+        contents.insert(testing::readFile(directory / backup).value_or("<unreadable>"));
+    }
+    EXPECT_EQ(contents, (std::multiset<std::string>{"not JSON", "[1, 2]"}));
+    EXPECT_EQ(JsonFileSettingsStore(path).storedValues(), SettingValue({{"b", 2}}));
+}
+
+TEST(JsonFileSettingsStore, FailedWriteLeavesFileAsItWas) {
+    struct Row {
+        const char* name;
+        // Prepares the folder and answers the settings file to write.
+        std::function<fs::path(const TemporaryDirectory&)> prepare;
+    };
+    // Tests run as root, where permission bits do not stop a write; these obstacles do.
+    const std::vector<Row> rows = {
+        {"folder under a regular file",
+         [](const TemporaryDirectory& directory) {
+             testing::writeFile(directory / "plain", "");
+             return directory / "plain" / "sub" / "settings.json";
+         }},
+        {"lock file is a folder",
+         [](const TemporaryDirectory& directory) {
+             const fs::path path = directory / "settings.json";
+             EXPECT_TRUE(JsonFileSettingsStore(path).set("a", 1));
+             fs::remove(directory / "settings.json.lock");
+             fs::create_directory(directory / "settings.json.lock");
+             return path;
+         }},
+        {"file is not a regular file",
+         [](const TemporaryDirectory& directory) {
+             const fs::path path = directory / "settings.json";
+             EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+             return path;
+         }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        TemporaryDirectory directory;
+        const fs::path path = row.prepare(directory);
+        const bool isRegular = fs::is_regular_file(path);
+        const std::optional<std::string> contentBefore =
+            isRegular ? testing::readFile(path) : std::nullopt;
+        JsonFileSettingsStore store(path);
+        const SettingValue valuesBefore = store.storedValues();
+
+        EXPECT_FALSE(store.set("a", 2));
+        EXPECT_EQ(store.storedValues(), valuesBefore);
+        if (isRegular) {
+            EXPECT_EQ(testing::readFile(path), contentBefore);
+        }
+        EXPECT_TRUE(temporaryFilesBeside(path).empty());
+    }
+}
+
+TEST(JsonFileSettingsStore, FullDiskLeavesFileAsItWas) {
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    ASSERT_TRUE(JsonFileSettingsStore(path).set("a", 1));
+    const std::optional<std::string> contentBefore = testing::readFile(path);
+
+    // A file size limit fails the write part-way, as a full disk does.
+    const int status = testing::exitStatusOfChild([&path] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{4096, 4096};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) {
+            return 10;
+        }
+        JsonFileSettingsStore store(path);
+        if (store.set("big", std::string(64 * 1024, 'x'))) {
+            return 11;
+        }
+        return store.object("big").is_null() && store.number("a") == 1 ? 0 : 12;
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(testing::readFile(path), contentBefore);
+    EXPECT_TRUE(temporaryFilesBeside(path).empty());
+}
+
+TEST(JsonFileSettingsStore, ConcurrentWritersKeepEachOthersKeysAndReadersSeeWholeFiles) {
+    constexpr int writerCount = 2;
+    constexpr int keysPerWriter = 200;
+    TemporaryDirectory directory;
+    // The folder does not exist yet, so the writers also race to create it.
+    const fs::path path = directory / "corvane" / "settings.json";
+
+    std::vector<pid_t> writers;
+    for (int writer = 0; writer < writerCount; ++writer) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            JsonFileSettingsStore store(path);
+            bool allWritten = true;
+            for (int key = 0; key < keysPerWriter; ++key) {
+                const std::string name = std::to_string(writer) + "-" + std::to_string(key);
+                allWritten = store.set(name, key) && allWritten;
+            }
+            ::_exit(allWritten ? 0 : 1);
+        }
+        ASSERT_GT(child, 0);
+        writers.push_back(child);
+    }
+
+    int tornReads = 0;
+    int wholeReads = 0;
+    int running = writerCount;
+    std::vector<int> statuses;
+    while (running > 0) {
+        if (const std::optional<std::string> content = testing::readFile(path)) {
+            const bool isWhole = SettingValue::parse(*content, nullptr, false).is_object();
+            (isWhole ? wholeReads : tornReads) += 1;
+        }
+        for (pid_t& writer : writers) {
+            int status = 0;
+            if (writer > 0 && ::waitpid(writer, &status, WNOHANG) == writer) {
+                statuses.push_back(WIFEXITED(status) ? WEXITSTATUS(status) : -1);
+                writer = 0;
+                --running;
+            }
+        }
+    }
+
+    EXPECT_EQ(statuses, std::vector<int>(writerCount, 0));
+    EXPECT_EQ(tornReads, 0) << "after " << wholeReads << " whole reads";
+    const SettingValue values = JsonFileSettingsStore(path).storedValues();
+    EXPECT_EQ(values.size(), static_cast<std::size_t>(writerCount * keysPerWriter));
+    for (int writer = 0; writer < writerCount; ++writer) {
+        for (int key = 0; key < keysPerWriter; ++key) {
+            const std::string name = std::to_string(writer) + "-" + std::to_string(key);
+            EXPECT_EQ(values.value(name, -1), key) << name;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace corvane
