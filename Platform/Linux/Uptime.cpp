@@ -1,0 +1,16 @@
+#include "Platform/Linux/Uptime.h"
+
+#include "Platform/Linux/TextScanning.h"
+
+namespace corvane {
+
+std::optional<double> parseUptime(std::string_view text) {
+    auto line = text::takeLine(text);
+    const auto seconds = text::parseDecimal(text::takeField(line));
+    if (!seconds || *seconds < 0.0) {
+        return std::nullopt;
+    }
+    return seconds;
+}
+
+}  // namespace corvane
