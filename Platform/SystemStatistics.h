@@ -75,7 +75,7 @@ enum class ThermalState : int {
     critical = 3,
 };
 
-/// Raw memory pressure levels, as the kernel of the original platform numbers them.
+/// The raw memory pressure levels a provider reports; other values read as normal.
 namespace RawPressureLevel {
 inline constexpr std::int32_t normal = 1;
 inline constexpr std::int32_t warning = 2;
