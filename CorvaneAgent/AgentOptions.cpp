@@ -31,7 +31,8 @@ std::optional<double> parseSeconds(std::string_view text) {
     return value;
 }
 
-std::optional<ArgumentError> checkDirectory(std::string_view flag, const std::filesystem::path& path) {
+std::optional<ArgumentError> checkDirectory(std::string_view flag,
+                                            const std::filesystem::path& path) {
     std::error_code error;
     if (!std::filesystem::is_directory(path, error)) {
         return ArgumentError{std::string(flag) + ": '" + path.string() + "' is not a directory"};
@@ -90,7 +91,8 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     std::span<const std::string_view> arguments) {
     AgentOptions options;
     ArgumentReader reader(arguments);
-    auto setMode = [&](AgentOptions::Mode mode, std::string_view flag) -> std::optional<ArgumentError> {
+    auto setMode = [&](AgentOptions::Mode mode,
+                       std::string_view flag) -> std::optional<ArgumentError> {
         if (options.mode != AgentOptions::Mode::menuBar && options.mode != mode) {
             return ArgumentError{std::string(flag) + " cannot be combined with another mode"};
         }
@@ -110,8 +112,8 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             return options;
         }
         if (flag == "--snapshot" || flag == "--stream") {
-            auto mode = flag == "--snapshot" ? AgentOptions::Mode::snapshot
-                                             : AgentOptions::Mode::stream;
+            auto mode =
+                flag == "--snapshot" ? AgentOptions::Mode::snapshot : AgentOptions::Mode::stream;
             if (auto error = setMode(mode, flag)) {
                 return *error;
             }
@@ -160,8 +162,8 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
         }
     }
 
-    const bool headless = options.mode == AgentOptions::Mode::snapshot ||
-                          options.mode == AgentOptions::Mode::stream;
+    const bool headless =
+        options.mode == AgentOptions::Mode::snapshot || options.mode == AgentOptions::Mode::stream;
     if (!headless && (options.refreshes || options.interval)) {
         return ArgumentError{"--refreshes and --interval need --snapshot or --stream"};
     }

@@ -7,18 +7,53 @@ namespace corvane {
 namespace {
 
 constexpr std::array<std::string_view, monitorFieldCount> fieldNames = {
-    "cpuUsage",           "userCPUUsage",       "systemCPUUsage",   "usedMemory",
-    "wiredMemory",        "compressedMemory",   "activeMemory",     "cacheMemory",
-    "pageInsPerSecond",   "pageOutsPerSecond",  "loadAverages",     "swapUsed",
-    "swapTotal",          "topCPUProcesses",    "topMemoryProcesses", "topDiskProcesses",
-    "diskReadPerSecond",  "diskWritePerSecond", "chipName",         "volumeName",
-    "gpuUsage",           "gpuRendererUsage",   "gpuTilerUsage",    "gpuAllocatedMemory",
-    "gpuInUseMemory",     "temperatures",       "sensorGroups",     "fans",
-    "power",              "battery",            "cpuTemperature",   "gpuTemperature",
-    "totalMemory",        "availableStorage",   "totalStorage",     "uptime",
-    "performanceCoreCount", "coreUsages",       "cpuHistory",       "userCPUHistory",
-    "systemCPUHistory",   "loadOneHistory",     "loadFiveHistory",  "loadFifteenHistory",
-    "thermalState",       "memoryPressureLevel", "openPopovers",
+    "cpuUsage",
+    "userCPUUsage",
+    "systemCPUUsage",
+    "usedMemory",
+    "wiredMemory",
+    "compressedMemory",
+    "activeMemory",
+    "cacheMemory",
+    "pageInsPerSecond",
+    "pageOutsPerSecond",
+    "loadAverages",
+    "swapUsed",
+    "swapTotal",
+    "topCPUProcesses",
+    "topMemoryProcesses",
+    "topDiskProcesses",
+    "diskReadPerSecond",
+    "diskWritePerSecond",
+    "chipName",
+    "volumeName",
+    "gpuUsage",
+    "gpuRendererUsage",
+    "gpuTilerUsage",
+    "gpuAllocatedMemory",
+    "gpuInUseMemory",
+    "temperatures",
+    "sensorGroups",
+    "fans",
+    "power",
+    "battery",
+    "cpuTemperature",
+    "gpuTemperature",
+    "totalMemory",
+    "availableStorage",
+    "totalStorage",
+    "uptime",
+    "performanceCoreCount",
+    "coreUsages",
+    "cpuHistory",
+    "userCPUHistory",
+    "systemCPUHistory",
+    "loadOneHistory",
+    "loadFiveHistory",
+    "loadFifteenHistory",
+    "thermalState",
+    "memoryPressureLevel",
+    "openPopovers",
 };
 
 std::optional<double> wattsOf(const MonitorFields& fields, PowerChannel channel) {
@@ -75,8 +110,8 @@ double storageUsage(const MonitorFields& fields) {
     if (fields.totalStorage < 1) {
         return 0.0;
     }
-    return 1.0 - static_cast<double>(fields.availableStorage) /
-                     static_cast<double>(fields.totalStorage);
+    return 1.0 -
+           static_cast<double>(fields.availableStorage) / static_cast<double>(fields.totalStorage);
 }
 
 std::optional<double> cpuWatts(const MonitorFields& fields) {
@@ -91,10 +126,9 @@ std::optional<double> hottestCelsius(const MonitorFields& fields) {
     if (fields.sensorGroups.empty()) {
         return std::nullopt;
     }
-    return std::max_element(fields.sensorGroups.begin(), fields.sensorGroups.end(),
-                            [](const SensorGroup& a, const SensorGroup& b) {
-                                return a.celsius < b.celsius;
-                            })
+    return std::max_element(
+               fields.sensorGroups.begin(), fields.sensorGroups.end(),
+               [](const SensorGroup& a, const SensorGroup& b) { return a.celsius < b.celsius; })
         ->celsius;
 }
 

@@ -54,11 +54,10 @@ SamplingPlan computeSamplingPlan(const SettingsStore& settings,
     // readout and the CPU panel make do with the CPU and GPU sensors.
     const bool needsEverySensor = isOpen(MonitorSection::sensors) ||
                                   (sensorsVisible && sensorsReadout == SensorsReadout::hottest);
-    const bool needsHeadlineSensors =
-        (sensorsVisible && sensorsReadout != SensorsReadout::off) ||
-        (cpuVisible &&
-         (cpuReadout == CPUReadout::temperature || cpuReadout == CPUReadout::power)) ||
-        isOpen(MonitorSection::cpu);
+    const bool needsHeadlineSensors = (sensorsVisible && sensorsReadout != SensorsReadout::off) ||
+                                      (cpuVisible && (cpuReadout == CPUReadout::temperature ||
+                                                      cpuReadout == CPUReadout::power)) ||
+                                      isOpen(MonitorSection::cpu);
     if (needsEverySensor) {
         plan.smcScope = SamplingPlan::SMCScope::full;
     } else if (needsHeadlineSensors) {

@@ -51,15 +51,17 @@ double SystemMonitor::configuredInterval() const {
 void SystemMonitor::startTimer() {
     timer.reset();
     const double interval = configuredInterval();
-    timer = services.runtime.timers.startRepeating(
-        interval, timerTolerance * interval, [weakSelf = weak_from_this()] {
-            if (auto self = weakSelf.lock()) {
-                self->refresh();
-            }
-        });
+    timer = services.runtime.timers.startRepeating(interval, timerTolerance * interval,
+                                                   [weakSelf = weak_from_this()] {
+                                                       if (auto self = weakSelf.lock()) {
+                                                           self->refresh();
+                                                       }
+                                                   });
 }
 
-void SystemMonitor::stopTimer() { timer.reset(); }
+void SystemMonitor::stopTimer() {
+    timer.reset();
+}
 
 void SystemMonitor::applyInterval() {
     if (timer && timer->interval() != configuredInterval()) {
@@ -82,9 +84,7 @@ void SystemMonitor::observeDisplayState() {
 void SystemMonitor::handleDisplayEvent(DisplayEvent event) {
     switch (event) {
         case DisplayEvent::screensDidSleep:
-        case DisplayEvent::sessionDidResignActive:
-            timer.reset();
-            break;
+        case DisplayEvent::sessionDidResignActive: timer.reset(); break;
         case DisplayEvent::screensDidWake:
         case DisplayEvent::sessionDidBecomeActive:
             // A wake without a sleep before it must not start a second timer.

@@ -10,8 +10,7 @@ namespace corvane {
 enum class MonitorSection { cpu, memory, storage, sensors };
 
 inline constexpr std::array<MonitorSection, 4> allMonitorSections = {
-    MonitorSection::cpu, MonitorSection::memory, MonitorSection::storage,
-    MonitorSection::sensors};
+    MonitorSection::cpu, MonitorSection::memory, MonitorSection::storage, MonitorSection::sensors};
 
 /// "cpu", "memory", "storage" or "sensors".
 std::string_view sectionKey(MonitorSection section);

@@ -10,10 +10,9 @@ namespace corvane {
 namespace {
 
 bool equalsIgnoringCase(std::string_view text, std::string_view lowercase) {
-    return std::equal(text.begin(), text.end(), lowercase.begin(), lowercase.end(),
-                      [](char a, char b) {
-                          return std::tolower(static_cast<unsigned char>(a)) == b;
-                      });
+    return std::equal(
+        text.begin(), text.end(), lowercase.begin(), lowercase.end(),
+        [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; });
 }
 
 std::optional<double> parseWholeNumber(std::string_view text) {

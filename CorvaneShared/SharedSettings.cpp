@@ -148,18 +148,12 @@ const SettingList& factoryDefaults() {
 
 std::string_view signalCaseName(Signal signal) {
     switch (signal) {
-        case Signal::settings:
-            return "settings";
-        case Signal::quitAgent:
-            return "quitAgent";
-        case Signal::openSettings:
-            return "openSettings";
-        case Signal::checkForUpdates:
-            return "checkForUpdates";
-        case Signal::updateAvailable:
-            return "updateAvailable";
-        case Signal::menuBarChanged:
-            return "menuBarChanged";
+        case Signal::settings: return "settings";
+        case Signal::quitAgent: return "quitAgent";
+        case Signal::openSettings: return "openSettings";
+        case Signal::checkForUpdates: return "checkForUpdates";
+        case Signal::updateAvailable: return "updateAvailable";
+        case Signal::menuBarChanged: return "menuBarChanged";
     }
     return {};
 }

@@ -1,9 +1,9 @@
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
 #include <chrono>
 #include <filesystem>
 #include <memory>
-#include <unistd.h>
 
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/JsonFileSettingsStore.h"

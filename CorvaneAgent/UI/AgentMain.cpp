@@ -18,16 +18,13 @@ int main(int argc, char** argv) {
     }
     const auto& options = std::get<AgentOptions>(parsed);
     switch (options.mode) {
-        case AgentOptions::Mode::help:
-            std::cout << corvane::agentUsage();
-            return 0;
+        case AgentOptions::Mode::help: std::cout << corvane::agentUsage(); return 0;
         case AgentOptions::Mode::menuBar:
             std::cerr << "corvane-agent: the menu bar is not available yet; "
                          "use --snapshot or --stream (see --help)\n";
             return 1;
         case AgentOptions::Mode::snapshot:
-        case AgentOptions::Mode::stream:
-            break;
+        case AgentOptions::Mode::stream: break;
     }
     QCoreApplication application(argc, argv);
     return corvane::runHeadless(options);

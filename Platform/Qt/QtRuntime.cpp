@@ -36,11 +36,17 @@ private:
 
 }  // namespace
 
-QtRuntime::QtRuntime() { pool.setMaxThreadCount(2); }
+QtRuntime::QtRuntime() {
+    pool.setMaxThreadCount(2);
+}
 
-QtRuntime::~QtRuntime() { pool.waitForDone(); }
+QtRuntime::~QtRuntime() {
+    pool.waitForDone();
+}
 
-TimePoint QtRuntime::now() const { return std::chrono::steady_clock::now(); }
+TimePoint QtRuntime::now() const {
+    return std::chrono::steady_clock::now();
+}
 
 std::unique_ptr<Timer> QtRuntime::startRepeating(double intervalSeconds, double toleranceSeconds,
                                                  std::function<void()> action) {
@@ -51,6 +57,8 @@ void QtRuntime::post(std::function<void()> work) {
     QMetaObject::invokeMethod(&mainThreadContext, std::move(work), Qt::QueuedConnection);
 }
 
-void QtRuntime::run(std::function<void()> work) { pool.start(std::move(work)); }
+void QtRuntime::run(std::function<void()> work) {
+    pool.start(std::move(work));
+}
 
 }  // namespace corvane

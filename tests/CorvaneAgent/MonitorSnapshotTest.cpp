@@ -33,9 +33,9 @@ TEST(MonitorSnapshot, NamesEveryPublishedFieldTheDerivedValuesAndThePlan) {
         ASSERT_LT(field, keys.size());
         EXPECT_EQ(keys[field], name);
     }
-    for (const char* derived : {"memoryUsage", "memoryPressure", "storageUsage",
-                                "thermalStateLabel", "cpuWatts", "systemWatts", "hottestCelsius",
-                                "fastestFanRPM"}) {
+    for (const char* derived :
+         {"memoryUsage", "memoryPressure", "storageUsage", "thermalStateLabel", "cpuWatts",
+          "systemWatts", "hottestCelsius", "fastestFanRPM"}) {
         EXPECT_TRUE(json.contains(derived)) << derived;
     }
     EXPECT_EQ(json["swapUsed"], 1024);

@@ -124,8 +124,8 @@ TEST_F(SystemMonitorTest, PagingRatesUseTheClampedElapsedTime) {
 
 TEST_F(SystemMonitorTest, MemoryCompositionAndUsedMemoryCappedAtTotal) {
     readings.physicalMemory = 1000;
-    readings.vm = VMStatistics{.wiredBytes = 100, .compressedBytes = 50, .activeBytes = 300,
-                               .inactiveBytes = 200};
+    readings.vm = VMStatistics{
+        .wiredBytes = 100, .compressedBytes = 50, .activeBytes = 300, .inactiveBytes = 200};
     readings.pressure = 2;
     auto monitor = makeMonitor();
     EXPECT_EQ(monitor->fields().usedMemory, 450u);
@@ -240,9 +240,8 @@ TEST_F(SystemMonitorTest, TimerUsesTheConfiguredIntervalWithTwentyPercentToleran
         double interval;
     };
     const Row rows[] = {
-        {"nothing stored", nullptr, 1.0}, {"two seconds", 2.0, 2.0},
-        {"zero", 0.0, 1.0},               {"negative", -3.0, 1.0},
-        {"numeric text", "0.5", 0.5},
+        {"nothing stored", nullptr, 1.0}, {"two seconds", 2.0, 2.0},    {"zero", 0.0, 1.0},
+        {"negative", -3.0, 1.0},          {"numeric text", "0.5", 0.5},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

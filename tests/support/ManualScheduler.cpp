@@ -31,8 +31,9 @@ ManualScheduler::ManualScheduler() : current(TimePoint{} + std::chrono::hours(24
 std::unique_ptr<Timer> ManualScheduler::startRepeating(double intervalSeconds,
                                                        double toleranceSeconds,
                                                        std::function<void()> action) {
-    auto state = std::make_shared<TimerState>(TimerState{
-        intervalSeconds, toleranceSeconds, current + toDuration(intervalSeconds), std::move(action)});
+    auto state = std::make_shared<TimerState>(TimerState{intervalSeconds, toleranceSeconds,
+                                                         current + toDuration(intervalSeconds),
+                                                         std::move(action)});
     timers.push_back(state);
     ++started;
     return std::make_unique<ManualTimer>(state);

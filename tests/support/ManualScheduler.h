@@ -13,7 +13,10 @@ namespace corvane::testing {
 /// Time and scheduling that only move when a test says so: the clock stands still until
 /// `advance`, timers fire inside `advance`, background tasks and main-queue work run when
 /// drained. Everything runs on the test's thread, in a deterministic order.
-class ManualScheduler final : public Clock, public TimerFactory, public MainQueue, public TaskRunner {
+class ManualScheduler final : public Clock,
+                              public TimerFactory,
+                              public MainQueue,
+                              public TaskRunner {
 public:
     ManualScheduler();
 

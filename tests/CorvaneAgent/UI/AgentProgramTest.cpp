@@ -39,8 +39,8 @@ struct ProgramRun {
 class AgentProgramTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        configHome = fs::temp_directory_path() /
-                     ("corvane-program-test-" + std::to_string(::getpid()));
+        configHome =
+            fs::temp_directory_path() / ("corvane-program-test-" + std::to_string(::getpid()));
         fs::create_directories(configHome / "corvane");
         ::setenv("XDG_CONFIG_HOME", configHome.c_str(), 1);
         ::setenv("CORVANE_SETTINGS_SUITE", "program-test", 1);
