@@ -3,20 +3,9 @@
 #include <cstdint>
 #include <string>
 
+#include "Platform/ProcessSource.h"
+
 namespace corvane {
-
-/// One process in one snapshot of the process table. Counters are cumulative.
-struct ProcessSample {
-    std::int32_t pid = 0;
-    std::string name;
-    /// User plus system CPU time, in clock ticks.
-    std::uint64_t cpuTicks = 0;
-    std::uint64_t footprintBytes = 0;
-    std::uint64_t diskRead = 0;
-    std::uint64_t diskWrite = 0;
-
-    friend bool operator==(const ProcessSample&, const ProcessSample&) = default;
-};
 
 /// One row of a "top processes" list.
 struct ProcessMetric {

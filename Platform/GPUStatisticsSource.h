@@ -1,0 +1,20 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+namespace corvane {
+
+/// A statistics dictionary: names as the GPU drivers report them, values as they come (numbers,
+/// or anything else, which readers skip).
+using StatisticsDictionary = nlohmann::json;
+
+/// Reads the graphics accelerators' performance statistics. Main thread.
+class GPUStatisticsSource {
+public:
+    virtual ~GPUStatisticsSource() = default;
+    /// Every accelerator's statistics merged into one object (the first accelerator's value
+    /// stands when two report the same name); an empty object when no GPU can be read.
+    virtual StatisticsDictionary performanceStatistics() = 0;
+};
+
+}  // namespace corvane
