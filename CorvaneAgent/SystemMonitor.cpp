@@ -251,13 +251,85 @@ void SystemMonitor::refreshProcesses() {
     // No process source is attached yet: the top lists stay empty and no task starts.
 }
 
-void SystemMonitor::readTemperatures(SamplingPlan::SMCScope, bool) {
-    // No sensor source is attached yet: temperatures, fans, power and battery stay empty.
+bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery) {
+    if (!services.sensors) {
+        return false;
+    }
+    // One pass at a time: the sources keep no lock. A refresh that finds a pass still running
+    // leaves it be; the next third tick asks again.
+    if (temperatureRefreshTask.isRunning()) {
+        return true;
+    }
+    temperatureRefreshCoverage = {scope, includeBattery};
+    temperatureRefreshTask.begin();
+    std::function<std::optional<BatteryInfo>()> battery =
+        includeBattery ? services.battery : nullptr;
+    services.runtime.tasks.run([source = services.sensors, battery = std::move(battery), scope,
+                                &queue = services.runtime.mainQueue, weakSelf = weak_from_this()] {
+        SensorReadings readings{.temperatures = source->temperatures(scope),
+                                .fans = source->fans(),
+                                .power = source->power(),
+                                .battery = battery ? battery() : std::nullopt};
+        queue.post([weakSelf, readings = std::move(readings)]() mutable {
+            if (auto self = weakSelf.lock()) {
+                self->apply(std::move(readings));
+            }
+        });
+    });
+    return true;
 }
 
-void SystemMonitor::settleTemperatures(const SamplingPlan&, std::function<void()> completion) {
-    // Without a sensor source no pass can run, so there is nothing to wait for.
-    completion();
+void SystemMonitor::settleTemperatures(const SamplingPlan& plan,
+                                       std::function<void()> completion) {
+    // A running pass that already reads what the plan needs is awaited, not doubled.
+    const bool runningPassCovers =
+        temperatureRefreshTask.isRunning() && temperatureRefreshCoverage.scope >= plan.smcScope &&
+        (temperatureRefreshCoverage.battery || !plan.samplesBattery);
+    if (runningPassCovers) {
+        temperatureRefreshTask.whenFinished(std::move(completion));
+        return;
+    }
+    // Otherwise wait for any running pass, then start one with the plan's reach and wait for
+    // that. The slot resumes its waiters only while this monitor lives.
+    temperatureRefreshTask.whenFinished([this, plan, completion = std::move(completion)]() mutable {
+        if (readTemperatures(plan.smcScope, plan.samplesBattery)) {
+            temperatureRefreshTask.whenFinished(std::move(completion));
+        } else {
+            completion();
+        }
+    });
+}
+
+void SystemMonitor::apply(SensorReadings readings) {
+    std::vector<SensorGroup> groups;
+    // Readings of the "other" category appear only in the full list, on purpose.
+    for (int index = 0; index < static_cast<int>(SensorCategory::other); ++index) {
+        const auto category = static_cast<SensorCategory>(index);
+        std::optional<double> hottest;
+        for (const TemperatureReading& reading : readings.temperatures) {
+            if (reading.category == category && (!hottest || reading.celsius > *hottest)) {
+                hottest = reading.celsius;
+            }
+        }
+        if (hottest) {
+            groups.push_back({category, *hottest});
+        }
+    }
+    auto celsiusOf = [&groups](SensorCategory category) -> std::optional<double> {
+        auto found = std::find_if(groups.begin(), groups.end(), [category](const SensorGroup& g) {
+            return g.category == category;
+        });
+        return found == groups.end() ? std::nullopt : std::optional(found->celsius);
+    };
+    assign(MonitorField::temperatures, published.temperatures, std::move(readings.temperatures));
+    assign(MonitorField::fans, published.fans, std::move(readings.fans));
+    assign(MonitorField::power, published.power, std::move(readings.power));
+    assign(MonitorField::battery, published.battery, std::move(readings.battery));
+    assign(MonitorField::cpuTemperature, published.cpuTemperature, celsiusOf(SensorCategory::cpu));
+    assign(MonitorField::gpuTemperature, published.gpuTemperature, celsiusOf(SensorCategory::gpu));
+    assign(MonitorField::sensorGroups, published.sensorGroups, std::move(groups));
+    observers.announceChanges();
+    temperatureRefreshTask.finish();
 }
 
 void SystemMonitor::refreshStorage() {

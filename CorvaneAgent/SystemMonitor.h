@@ -15,6 +15,7 @@
 #include "CorvaneAgent/MonitorFields.h"
 #include "CorvaneAgent/PlatformProfile.h"
 #include "CorvaneAgent/SamplingPlan.h"
+#include "CorvaneAgent/SensorSource.h"
 #include "CorvaneAgent/TaskSlot.h"
 #include "CorvaneShared/CoreTopology.h"
 #include "CorvaneShared/MonitorSection.h"
@@ -35,6 +36,12 @@ struct MonitorServices {
     std::unique_ptr<SystemStatistics> statistics = nullptr;
     /// Read on a background task; absent while no volume reader is attached.
     std::shared_ptr<StorageSource> storage = nullptr;
+    /// Temperatures, fans and power, read on a background task; absent on a machine without
+    /// readable sensors.
+    std::shared_ptr<SensorSource> sensors = nullptr;
+    /// Reads the battery on the sensor task (so it must be safe off the main thread); absent,
+    /// or answering absent, on a machine without one.
+    std::function<std::optional<BatteryInfo>()> battery = nullptr;
     /// Absent: the displays never sleep as far as the monitor knows.
     std::unique_ptr<DisplayStateSource> displayState = nullptr;
     /// The processor's performance levels, fastest first; empty on a homogeneous CPU.
@@ -134,8 +141,9 @@ private:
     void readSwap(const std::optional<SwapUsage>& swap);
     void readGPU();
     void refreshProcesses();
-    void readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery);
+    bool readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery);
     void settleTemperatures(const SamplingPlan& plan, std::function<void()> completion);
+    void apply(SensorReadings readings);
     void refreshStorage();
     void applyStorage(const std::optional<StorageReading>& reading);
     void readThermalState();
@@ -169,6 +177,11 @@ private:
     TaskSlot processRefreshTask;
     TaskSlot temperatureRefreshTask;
     TaskSlot storageRefreshTask;
+    /// What the running or last sensor pass covers.
+    struct Coverage {
+        SamplingPlan::SMCScope scope = SamplingPlan::SMCScope::none;
+        bool battery = false;
+    } temperatureRefreshCoverage;
 
     std::int64_t refreshes = 0;
     /// Absent until the first refresh: the distant past.

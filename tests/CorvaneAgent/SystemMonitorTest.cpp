@@ -34,6 +34,24 @@ public:
     std::optional<StorageReading> reading = StorageReading{1000, 250, "Data"};
 };
 
+class FakeSensors final : public SensorSource {
+public:
+    std::vector<TemperatureReading> temperatures(SamplingPlan::SMCScope scope) override {
+        scopes.push_back(scope);
+        return readings;
+    }
+    std::vector<FanReading> fans() override { return {{"F0Ac", 0, 1200.0}}; }
+    std::vector<PowerReading> power() override { return {{PowerChannel::cpu, 4.5}}; }
+
+    std::vector<SamplingPlan::SMCScope> scopes;
+    std::vector<TemperatureReading> readings = {
+        {"Tp01", SensorCategory::cpu, 48.0},
+        {"TC0P", SensorCategory::other, 90.0},
+        {"Tp02", SensorCategory::cpu, 61.5},
+        {"TB0T", SensorCategory::battery, 31.0},
+    };
+};
+
 class SystemMonitorTest : public ::testing::Test {
 protected:
     std::shared_ptr<SystemMonitor> makeMonitor(std::set<MonitorSection> open = {}) {
@@ -44,6 +62,11 @@ protected:
             .runtime = scheduler.runtime(),
             .statistics = std::make_unique<FakeSystemStatistics>(readings),
             .storage = storage,
+            .sensors = sensors,
+            .battery = [this] {
+                ++batteryReads;
+                return std::optional(BatteryInfo{.chargePercent = 80});
+            },
             .displayState = std::move(display),
         };
         auto monitor = SystemMonitor::create(std::move(services));
@@ -60,6 +83,8 @@ protected:
     InMemorySettingsStore settings;
     FakeReadings readings;
     std::shared_ptr<FakeStorage> storage = std::make_shared<FakeStorage>();
+    std::shared_ptr<FakeSensors> sensors;
+    int batteryReads = 0;
     std::shared_ptr<std::function<void(DisplayEvent)>> displayHandler;
 };
 
@@ -374,6 +399,52 @@ TEST_F(SystemMonitorTest, BackgroundWorkWaitEndsAfterTheLastResult) {
     scheduler.settle();
     EXPECT_TRUE(finished);
     EXPECT_EQ(monitor->fields().totalStorage, 1000);
+}
+
+TEST_F(SystemMonitorTest, SensorPassGroupsReadingsByCategory) {
+    sensors = std::make_shared<FakeSensors>();
+    auto monitor = makeMonitor();
+    int cpuTemperatureChanges = 0;
+    auto token =
+        monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
+    scheduler.settle();
+    // Other readings stay out of the groups; the hottest reading of a category stands for it.
+    EXPECT_EQ(monitor->fields().sensorGroups,
+              (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5},
+                                        {SensorCategory::battery, 31.0}}));
+    EXPECT_EQ(monitor->cpuTemperature(), 61.5);
+    EXPECT_EQ(monitor->gpuTemperature(), std::nullopt);
+    EXPECT_EQ(monitor->hottestCelsius(), 61.5);
+    EXPECT_EQ(monitor->cpuWatts(), 4.5);
+    EXPECT_EQ(monitor->fields().battery, std::nullopt) << "the plan did not ask for the battery";
+
+    scheduler.advance(3.0);  // the next pass brings the same readings
+    scheduler.settle();
+    EXPECT_EQ(sensors->scopes.size(), 2u);
+    EXPECT_EQ(cpuTemperatureChanges, 1);
+}
+
+TEST_F(SystemMonitorTest, RunningPassThatCoversThePlanIsAwaitedNotDoubled) {
+    sensors = std::make_shared<FakeSensors>();
+    auto monitor = makeMonitor();  // the first refresh started a menu-bar pass
+    bool cpuReady = false;
+    bool sensorsReady = false;
+    monitor->prepareDetailedSampling(MonitorSection::cpu, [&] { cpuReady = true; });
+    monitor->prepareDetailedSampling(MonitorSection::sensors, [&] {
+        sensorsReady = true;
+        EXPECT_TRUE(monitor->fields().battery.has_value());
+    });
+    EXPECT_FALSE(cpuReady);
+    scheduler.runBackgroundTasks();
+    scheduler.drainMainQueue();
+    // The running pass covered the CPU panel; the sensors panel needs a full pass with battery.
+    EXPECT_TRUE(cpuReady);
+    EXPECT_FALSE(sensorsReady);
+    scheduler.settle();
+    EXPECT_TRUE(sensorsReady);
+    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{
+                                   SamplingPlan::SMCScope::menuBar, SamplingPlan::SMCScope::full}));
+    EXPECT_EQ(batteryReads, 1);
 }
 
 TEST_F(SystemMonitorTest, ConstructionReadsMachineFactsWithFallbacks) {
