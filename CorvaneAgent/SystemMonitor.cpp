@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "CorvaneAgent/GPUStatistics.h"
 #include "CorvaneShared/SettingsStore.h"
 
 namespace corvane {
@@ -244,11 +245,56 @@ void SystemMonitor::readSwap(const std::optional<SwapUsage>& swap) {
 }
 
 void SystemMonitor::readGPU() {
-    // No GPU statistics source is attached yet: the GPU figures stay absent.
+    if (!services.gpu) {
+        return;
+    }
+    const GPUStatistics figures = gpuStatisticsFrom(services.gpu->performanceStatistics());
+    assign(MonitorField::gpuUsage, published.gpuUsage, figures.gpuUsage);
+    assign(MonitorField::gpuRendererUsage, published.gpuRendererUsage, figures.gpuRendererUsage);
+    assign(MonitorField::gpuTilerUsage, published.gpuTilerUsage, figures.gpuTilerUsage);
+    assign(MonitorField::gpuAllocatedMemory, published.gpuAllocatedMemory,
+           figures.gpuAllocatedMemory);
+    assign(MonitorField::gpuInUseMemory, published.gpuInUseMemory, figures.gpuInUseMemory);
+    observers.announceChanges();
 }
 
 void SystemMonitor::refreshProcesses() {
-    // No process source is attached yet: the top lists stay empty and no task starts.
+    if (!services.processes || processRefreshTask.isRunning()) {
+        return;
+    }
+    processRefreshTask.begin();
+    services.runtime.tasks.run([source = services.processes, &queue = services.runtime.mainQueue,
+                                weakSelf = weak_from_this()] {
+        auto samples = source->sampleProcesses();
+        queue.post([weakSelf, samples = std::move(samples)]() mutable {
+            if (auto self = weakSelf.lock()) {
+                self->applyProcesses(std::move(samples));
+            }
+        });
+    });
+}
+
+void SystemMonitor::applyProcesses(std::vector<ProcessSample> samples) {
+    const TimePoint now = services.runtime.clock.now();
+    std::optional<double> elapsed;
+    if (previousProcessSampleDate) {
+        elapsed = std::chrono::duration<double>(now - *previousProcessSampleDate).count();
+    }
+    ProcessTopLists lists = rankProcesses(samples, previousProcessSamples, elapsed,
+                                          services.processes->nanosecondsPerTick());
+    assign(MonitorField::topCPUProcesses, published.topCPUProcesses,
+           std::move(lists.topCPUProcesses));
+    assign(MonitorField::topMemoryProcesses, published.topMemoryProcesses,
+           std::move(lists.topMemoryProcesses));
+    assign(MonitorField::topDiskProcesses, published.topDiskProcesses,
+           std::move(lists.topDiskProcesses));
+    assign(MonitorField::diskReadPerSecond, published.diskReadPerSecond, lists.diskReadPerSecond);
+    assign(MonitorField::diskWritePerSecond, published.diskWritePerSecond,
+           lists.diskWritePerSecond);
+    previousProcessSamples = samplesByPid(std::move(samples));
+    previousProcessSampleDate = now;
+    observers.announceChanges();
+    processRefreshTask.finish();
 }
 
 bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery) {

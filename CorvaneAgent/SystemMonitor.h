@@ -14,12 +14,15 @@
 #include "CorvaneAgent/MenuBarReadings.h"
 #include "CorvaneAgent/MonitorFields.h"
 #include "CorvaneAgent/PlatformProfile.h"
+#include "CorvaneAgent/ProcessMetrics.h"
 #include "CorvaneAgent/SamplingPlan.h"
 #include "CorvaneAgent/SensorSource.h"
 #include "CorvaneAgent/TaskSlot.h"
 #include "CorvaneShared/CoreTopology.h"
 #include "CorvaneShared/MonitorSection.h"
 #include "Platform/DisplayState.h"
+#include "Platform/GPUStatisticsSource.h"
+#include "Platform/ProcessSource.h"
 #include "Platform/Runtime.h"
 #include "Platform/StorageSource.h"
 #include "Platform/SystemStatistics.h"
@@ -34,8 +37,12 @@ struct MonitorServices {
     SettingsStore& settings;
     Runtime runtime;
     std::unique_ptr<SystemStatistics> statistics = nullptr;
-    /// Read on a background task; absent while no volume reader is attached.
+    /// Scanned on a background task; absent: no top lists.
+    std::shared_ptr<ProcessSource> processes = nullptr;
+    /// Read on a background task; absent: the volume figures stay at 0.
     std::shared_ptr<StorageSource> storage = nullptr;
+    /// Read with the refresh while a CPU or sensors panel is open; absent: no GPU figures.
+    std::unique_ptr<GPUStatisticsSource> gpu = nullptr;
     /// Temperatures, fans and power, read on a background task; absent on a machine without
     /// readable sensors.
     std::shared_ptr<SensorSource> sensors = nullptr;
@@ -141,6 +148,7 @@ private:
     void readSwap(const std::optional<SwapUsage>& swap);
     void readGPU();
     void refreshProcesses();
+    void applyProcesses(std::vector<ProcessSample> samples);
     bool readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery);
     void settleTemperatures(const SamplingPlan& plan, std::function<void()> completion);
     void apply(SensorReadings readings);
@@ -168,6 +176,8 @@ private:
     std::vector<CoreTicks> previousCoreTicks;
     std::optional<std::uint64_t> previousPageIns;
     std::optional<std::uint64_t> previousPageOuts;
+    ProcessSamplesByPid previousProcessSamples;
+    std::optional<TimePoint> previousProcessSampleDate;
     bool loadHistoryInitialized = false;
     CPULoadSample cpuSample;
     std::vector<CoreTicks> coreTicksScratch;

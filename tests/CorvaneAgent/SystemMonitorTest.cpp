@@ -52,6 +52,24 @@ public:
     };
 };
 
+class FakeProcesses final : public ProcessSource {
+public:
+    std::vector<ProcessSample> sampleProcesses() override {
+        ++scans;
+        return table;
+    }
+    double nanosecondsPerTick() const override { return 1e7; }  // 100 ticks per second
+
+    int scans = 0;
+    std::vector<ProcessSample> table = {{.pid = 7, .name = "busy", .cpuTicks = 1000}};
+};
+
+class FakeGPU final : public GPUStatisticsSource {
+public:
+    StatisticsDictionary performanceStatistics() override { return statistics; }
+    StatisticsDictionary statistics = {{"GPU Core Utilization", 37}, {"gartUsedBytes", 4096}};
+};
+
 class SystemMonitorTest : public ::testing::Test {
 protected:
     std::shared_ptr<SystemMonitor> makeMonitor(std::set<MonitorSection> open = {}) {
@@ -61,7 +79,9 @@ protected:
             .settings = settings,
             .runtime = scheduler.runtime(),
             .statistics = std::make_unique<FakeSystemStatistics>(readings),
+            .processes = processes,
             .storage = storage,
+            .gpu = std::move(gpu),
             .sensors = sensors,
             .battery = [this] {
                 ++batteryReads;
@@ -84,6 +104,8 @@ protected:
     FakeReadings readings;
     std::shared_ptr<FakeStorage> storage = std::make_shared<FakeStorage>();
     std::shared_ptr<FakeSensors> sensors;
+    std::shared_ptr<FakeProcesses> processes;
+    std::unique_ptr<FakeGPU> gpu;
     int batteryReads = 0;
     std::shared_ptr<std::function<void(DisplayEvent)>> displayHandler;
 };
@@ -399,6 +421,38 @@ TEST_F(SystemMonitorTest, BackgroundWorkWaitEndsAfterTheLastResult) {
     scheduler.settle();
     EXPECT_TRUE(finished);
     EXPECT_EQ(monitor->fields().totalStorage, 1000);
+}
+
+TEST_F(SystemMonitorTest, ProcessScansEveryThirdRefreshAndRatesOverTheTimeBetweenScans) {
+    processes = std::make_shared<FakeProcesses>();
+    auto monitor = makeMonitor();
+    scheduler.settle();
+    ASSERT_EQ(monitor->fields().topCPUProcesses.size(), 1u);
+    EXPECT_EQ(monitor->fields().topCPUProcesses[0].cpu, 0.0) << "no earlier scan to compare";
+
+    processes->table[0].cpuTicks += 150;  // 1.5 s of CPU time over the 3 s to the next scan
+    for (int tick = 0; tick < 3; ++tick) {
+        scheduler.advance(1.0);
+        scheduler.settle();
+    }
+    EXPECT_EQ(processes->scans, 2);
+    EXPECT_DOUBLE_EQ(monitor->fields().topCPUProcesses[0].cpu, 50.0);
+
+    settings.set("showCPUItem", false);
+    settings.set("showMemoryItem", false);
+    settings.set("showStorageItem", false);
+    scheduler.advance(3.0);
+    scheduler.settle();
+    EXPECT_EQ(processes->scans, 2) << "no meter or panel shows processes";
+}
+
+TEST_F(SystemMonitorTest, GpuIsReadOnlyForTheCpuAndSensorsPanels) {
+    gpu = std::make_unique<FakeGPU>();
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->fields().gpuUsage, std::nullopt);
+    monitor->prepareDetailedSampling(MonitorSection::cpu, [] {});
+    EXPECT_EQ(monitor->fields().gpuUsage, 0.37);
+    EXPECT_EQ(monitor->fields().gpuAllocatedMemory, 4096u);
 }
 
 TEST_F(SystemMonitorTest, SensorPassGroupsReadingsByCategory) {
