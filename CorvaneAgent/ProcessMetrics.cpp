@@ -30,6 +30,7 @@ Figures figuresBetween(const ProcessSample& before, const ProcessSample& sample,
         const auto ticks = static_cast<double>(sample.cpuTicks - before.cpuTicks);
         figures.cpu = ticks * nanosecondsPerTick / (elapsed * 1e9) * 100.0;
     }
+    // Truncated to whole bytes, and 0 for a counter that went backwards: the pid was reused.
     figures.diskRead = pagingRate(before.diskRead, sample.diskRead, elapsed);
     figures.diskWrite = pagingRate(before.diskWrite, sample.diskWrite, elapsed);
     return figures;
@@ -59,13 +60,13 @@ std::vector<ProcessMetric> topRows(const std::vector<ProcessSample>& samples,
     std::vector<ProcessMetric> rows;
     rows.reserve(top.size());
     for (const auto index : top) {
-        const auto& f = figures[index];
+        const auto& figure = figures[index];
         rows.push_back({.pid = samples[index].pid,
                         .name = samples[index].name,
-                        .cpu = f.cpu,
-                        .memory = f.memory,
-                        .diskRead = f.diskRead,
-                        .diskWrite = f.diskWrite});
+                        .cpu = figure.cpu,
+                        .memory = figure.memory,
+                        .diskRead = figure.diskRead,
+                        .diskWrite = figure.diskWrite});
     }
     return rows;
 }

@@ -36,8 +36,6 @@ public:
     /// answered only when the table lists it.
     int call(const SMCRecord& input, SMCRecord& output) override;
 
-    std::size_t keyCount() const { return keys.size(); }
-
 private:
     friend std::variant<RecordedSmcTable, RecordedSmcTableError> parseRecordedSmcTable(
         std::string_view json);

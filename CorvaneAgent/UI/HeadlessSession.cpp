@@ -10,6 +10,9 @@
 #include "CorvaneAgent/MonitorSnapshot.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SharedSettings.h"
+#include "Platform/Linux/LinuxGPUStatisticsSource.h"
+#include "Platform/Linux/LinuxProcessSource.h"
+#include "Platform/Linux/LinuxStorageSource.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
 #include "Platform/Qt/QtRuntime.h"
 
@@ -37,6 +40,9 @@ int runHeadless(const AgentOptions& options) {
         .settings = settings,
         .runtime = runtime.runtime(),
         .statistics = std::make_unique<LinuxSystemStatistics>(options.procfs, options.sysfs),
+        .processes = std::make_shared<LinuxProcessSource>(options.procfs),
+        .storage = std::make_shared<LinuxStorageSource>(options.procfs, options.sysfs),
+        .gpu = std::make_unique<LinuxGPUStatisticsSource>(options.sysfs),
         .fixedInterval = options.interval,
     });
     for (MonitorSection section : options.openSections) {

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "CorvaneAgent/RecordedSmcTable.h"
@@ -85,13 +86,14 @@ TEST(ApplesmcTransport, ReadsAsTheTableTheDeviceWasBuiltFrom) {
         const auto viaTable = SMCReader::create(
             std::make_unique<RecordedSmcTable>(std::get<RecordedSmcTable>(std::move(table))));
 
-        const auto temperatures = viaDriver->temperatures(SamplingPlan::SMCScope::full);
-        EXPECT_FALSE(temperatures.empty());
-        EXPECT_EQ(temperatures, viaTable->temperatures(SamplingPlan::SMCScope::full));
-        EXPECT_FALSE(viaDriver->fans().empty());
-        EXPECT_EQ(viaDriver->fans(), viaTable->fans());
-        EXPECT_FALSE(viaDriver->power().empty());
-        EXPECT_EQ(viaDriver->power(), viaTable->power());
+        const auto pass = [](SMCReader& reader) {
+            return std::tuple(reader.temperatures(SamplingPlan::SMCScope::full), reader.fans(),
+                              reader.power());
+        };
+        const auto readings = pass(*viaDriver);
+        EXPECT_EQ(readings, pass(*viaTable));
+        EXPECT_FALSE(std::get<0>(readings).empty() || std::get<1>(readings).empty() ||
+                     std::get<2>(readings).empty());
     }
 }
 
