@@ -103,7 +103,7 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     while (!reader.atEnd()) {
         const std::string_view flag = reader.nextFlag();
         const bool takesValue = flag == "--refreshes" || flag == "--interval" || flag == "--open" ||
-                                flag == "--procfs" || flag == "--sysfs";
+                                flag == "--procfs" || flag == "--sysfs" || flag == "--smc-table";
         if (reader.hasInlineValue() && !takesValue) {
             return ArgumentError{std::string(flag) + " takes no value"};
         }
@@ -150,6 +150,11 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
                 return badValue(flag, *value, "one of cpu, memory, storage, sensors");
             }
             options.openSections.push_back(*section);
+        } else if (flag == "--smc-table") {
+            if (!value || value->empty()) {
+                return missingValue(flag, "a file");
+            }
+            options.smcTable = std::filesystem::path(*value);
         } else {
             if (!value || value->empty()) {
                 return missingValue(flag, "a directory");
@@ -187,6 +192,8 @@ Options:
                        storage or sensors (repeatable)
   --procfs DIR         read /proc from DIR (default /proc)
   --sysfs DIR          read /sys from DIR (default /sys)
+  --smc-table FILE     read temperatures, fans and power from a recorded
+                       controller table (also $CORVANE_SMC_TABLE)
   -h, --help           show this text
 
 Settings: $XDG_CONFIG_HOME/corvane/<suite>.json (default ~/.config/corvane); the

@@ -34,6 +34,8 @@ struct AgentOptions {
     std::vector<MonitorSection> openSections;
     std::filesystem::path procfs = "/proc";
     std::filesystem::path sysfs = "/sys";
+    /// A recorded controller table to use as the machine's sensors.
+    std::optional<std::filesystem::path> smcTable;
 };
 
 /// Why the command line was refused, in one line without the program name.

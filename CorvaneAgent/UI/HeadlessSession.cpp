@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -10,10 +11,7 @@
 #include "CorvaneAgent/MonitorSnapshot.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SharedSettings.h"
-#include "Platform/Linux/LinuxGPUStatisticsSource.h"
-#include "Platform/Linux/LinuxProcessSource.h"
-#include "Platform/Linux/LinuxStorageSource.h"
-#include "Platform/Linux/LinuxSystemStatistics.h"
+#include "CorvaneAgent/UI/MachineSources.h"
 #include "Platform/Qt/QtRuntime.h"
 
 namespace corvane {
@@ -35,16 +33,16 @@ int runHeadless(const AgentOptions& options) {
     SettingsStore& settings = SharedSettings::store();
     settings.registerDefaults(SharedSettings::factoryDefaults());
 
+    auto sensors = chooseSensorSource(options, std::getenv("CORVANE_SMC_TABLE"));
+    if (const auto* error = std::get_if<SourceError>(&sensors)) {
+        std::fprintf(stderr, "corvane-agent: %s\n", error->message.c_str());
+        return 2;
+    }
+
     QtRuntime runtime;
-    auto monitor = SystemMonitor::create({
-        .settings = settings,
-        .runtime = runtime.runtime(),
-        .statistics = std::make_unique<LinuxSystemStatistics>(options.procfs, options.sysfs),
-        .processes = std::make_shared<LinuxProcessSource>(options.procfs),
-        .storage = std::make_shared<LinuxStorageSource>(options.procfs, options.sysfs),
-        .gpu = std::make_unique<LinuxGPUStatisticsSource>(options.sysfs),
-        .fixedInterval = options.interval,
-    });
+    auto monitor = SystemMonitor::create(
+        machineServices(options, settings, runtime.runtime(),
+                        std::get<std::shared_ptr<SensorSource>>(std::move(sensors))));
     for (MonitorSection section : options.openSections) {
         monitor->beginDetailedSampling(section);
     }

@@ -140,9 +140,41 @@ TEST_F(AgentProgramTest, StreamPrintsOneLinePerRefresh) {
     EXPECT_EQ(count, 3);
 }
 
+TEST_F(AgentProgramTest, RecordedControllerTablesFeedTheSensorsAsDeepAsThePlanAsks) {
+    auto snapshotOf = [&](const char* table, const std::string& more) {
+        return snapshot("--smc-table " + (fixtures / "smc" / table).string() + " " + more + " " +
+                        rootsOf("debian12-kvm-x86_64"));
+    };
+    json menuBar = snapshotOf("macbookpro-m2pro.json", "");
+    json full = snapshotOf("macbookpro-m2pro.json", "--open sensors");
+    EXPECT_EQ(menuBar["plan"]["smcScope"], "menuBar");
+    EXPECT_EQ(full["plan"]["smcScope"], "full");
+    // The menu-bar scope reads only the CPU and GPU sensors; the full scope reads them first.
+    ASSERT_GT(full["temperatures"].size(), menuBar["temperatures"].size());
+    for (std::size_t i = 0; i < menuBar["temperatures"].size(); ++i) {
+        EXPECT_EQ(full["temperatures"][i], menuBar["temperatures"][i]);
+    }
+    EXPECT_EQ(menuBar["cpuTemperature"], menuBar["sensorGroups"][0]["celsius"]);
+    double hottest = 0;
+    for (const auto& group : full["sensorGroups"]) {
+        hottest = std::max(hottest, group["celsius"].get<double>());
+    }
+    EXPECT_EQ(full["hottestCelsius"], hottest);
+    EXPECT_FALSE(full["fans"].empty());
+    EXPECT_FALSE(full["cpuWatts"].is_null());
+
+    // An Intel Mac names its CPU sensors "TC..": never read for the menu bar, and in the full
+    // list they stay ungrouped, so the CPU temperature is absent there.
+    json intel = snapshotOf("macbookpro-2018-intel.json", "--open sensors");
+    EXPECT_TRUE(snapshotOf("macbookpro-2018-intel.json", "")["temperatures"].empty());
+    EXPECT_FALSE(intel["temperatures"].empty());
+    EXPECT_TRUE(intel["cpuTemperature"].is_null());
+}
+
 TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
-    for (const char* arguments : {"--bogus", "--snapshot --refreshes 0", "--open disk",
-                                  "--snapshot --interval", "--procfs /nonexistent/corvane"}) {
+    for (const char* arguments :
+         {"--bogus", "--snapshot --refreshes 0", "--open disk", "--snapshot --interval",
+          "--procfs /nonexistent/corvane", "--snapshot --smc-table /nonexistent/table.json"}) {
         SCOPED_TRACE(arguments);
         ProgramRun run = runAgent(arguments);
         EXPECT_EQ(run.status, 2);
