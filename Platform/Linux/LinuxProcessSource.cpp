@@ -123,7 +123,7 @@ std::optional<ProcessSample> readProcess(int procDirectory, std::string_view pid
     // and htop show, but stat still prints the quick partial reading, off by up to a counter
     // batch (32 pages or more) per CPU: tens of megabytes on a many-core machine, and a few
     // hundred kilobytes per process even on the 2-CPU development VM. Exact figures cost one more
-    // open/read/close per process, about 1.4 us (bench/ProcessScanBench.cpp). stat's reading
+    // open/read/close per process, about 1.5 us (bench/ProcessScanBench.cpp). stat's reading
     // stands in when the process exited between the two reads.
     const auto statmText = readSmallFile(procDirectory, pathOf(path, pidName, "statm"), buffer);
     const auto residentPages =
