@@ -2,6 +2,8 @@
 
 #include <bit>
 
+#include "CorvaneAgent/SensorBounds.h"
+
 namespace corvane::SMCDecoder {
 
 namespace {
@@ -17,11 +19,6 @@ float littleEndianFloat(std::span<const std::uint8_t> bytes) {
 
 std::uint16_t bigEndianU16(std::span<const std::uint8_t> bytes) {
     return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
-}
-
-bool isPlausibleCelsius(double celsius) {
-    // Written so that NaN fails too.
-    return celsius > 0.0 && celsius < 150.0;
 }
 
 }  // namespace
@@ -62,7 +59,7 @@ std::optional<double> temperature(std::uint32_t dataType, std::span<const std::u
     } else {
         return std::nullopt;
     }
-    if (!isPlausibleCelsius(celsius)) {
+    if (!SensorBounds::isPlausibleCelsius(celsius)) {
         return std::nullopt;
     }
     return celsius;

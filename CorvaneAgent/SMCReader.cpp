@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "CorvaneAgent/SMCDecoder.h"
+#include "CorvaneAgent/SensorBounds.h"
 
 namespace corvane {
 
@@ -20,8 +21,6 @@ constexpr std::uint32_t keyCountKey = keyCode("#KEY");
 // A count of 0, or of 20000 and more, means the controller cannot be enumerated.
 constexpr std::uint32_t largestKeyCount = 19999;
 constexpr std::size_t largestDataSize = 32;
-constexpr double rpmLimit = 20000.0;
-constexpr double wattLimit = 1000.0;
 
 // The known-key probe: prefix outermost, fourth character innermost, 10 × 11 × 62 candidates.
 constexpr std::array<std::string_view, 10> knownPrefixes = {"Tp", "Te", "Tg", "Tf", "TC",
@@ -138,7 +137,7 @@ std::optional<double> SMCReader::readTemperature(std::uint32_t key) {
 
 std::optional<double> SMCReader::plausibleRPM(std::uint32_t key) {
     const auto rpm = readNumber(key);
-    if (!rpm || !(*rpm > 0.0 && *rpm < rpmLimit)) {
+    if (!rpm || !SensorBounds::isPlausibleFanLimit(*rpm)) {
         return std::nullopt;
     }
     return rpm;
@@ -258,7 +257,7 @@ std::vector<FanReading> SMCReader::fans() {
     std::vector<FanReading> readings;
     for (std::size_t index = 0; index < fan.size(); ++index) {
         const auto rpm = readNumber(fan[index]);
-        if (!rpm || !(*rpm >= 0.0 && *rpm < rpmLimit)) {
+        if (!rpm || !SensorBounds::isPlausibleFanSpeed(*rpm)) {
             continue;
         }
         // The limits follow the fan's place in the list, not the digit in its key: both
@@ -280,7 +279,7 @@ std::vector<PowerReading> SMCReader::power() {
     std::vector<PowerReading> readings;
     for (const auto& [channel, key] : powerChannels) {
         const auto watts = readNumber(key);
-        if (watts && *watts >= 0.0 && *watts < wattLimit) {
+        if (watts && SensorBounds::isPlausibleWatts(*watts)) {
             readings.push_back({channel, *watts});
         }
     }

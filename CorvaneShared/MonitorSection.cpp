@@ -31,4 +31,24 @@ std::string_view itemVisibilityKey(MonitorSection section) {
     return {};
 }
 
+std::string sectionTitle(MonitorSection section, const TextLookup& translate) {
+    switch (section) {
+        case MonitorSection::cpu: return translate("CPU");
+        case MonitorSection::memory: return translate("Memory");
+        case MonitorSection::storage: return translate("Storage");
+        case MonitorSection::sensors: return translate("Sensors");
+    }
+    return {};
+}
+
+std::string_view sectionIcon(MonitorSection section) {
+    switch (section) {
+        case MonitorSection::cpu: return "cpu";
+        case MonitorSection::memory: return "memorychip";
+        case MonitorSection::storage: return "internaldrive";
+        case MonitorSection::sensors: return "sensor";
+    }
+    return {};
+}
+
 }  // namespace corvane

@@ -2,7 +2,10 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
+
+#include "CorvaneShared/TextLookup.h"
 
 namespace corvane {
 
@@ -18,5 +21,10 @@ std::string_view sectionKey(MonitorSection section);
 std::optional<MonitorSection> sectionFromKey(std::string_view key);
 /// The Boolean setting that shows or hides the section's meter ("showCPUItem", ...).
 std::string_view itemVisibilityKey(MonitorSection section);
+/// The section's display name ("CPU", "Memory", ...), translated through `translate`.
+std::string sectionTitle(MonitorSection section, const TextLookup& translate);
+/// The symbol name of the section's label icon ("cpu", "memorychip", "internaldrive",
+/// "sensor"); the UI layer maps it to an icon of the desktop's theme.
+std::string_view sectionIcon(MonitorSection section);
 
 }  // namespace corvane

@@ -93,15 +93,18 @@ const std::optional<fs::path>& settingsDirectory() {
     return directory;
 }
 
+fs::path storeFile(std::string_view suite, const fs::path& directory) {
+    const std::string_view name =
+        isUsableSuiteName(suite) ? suite : buildinfo::agentBundleIdentifier;
+    return directory / (std::string(name) + std::string(fileExtension));
+}
+
 std::unique_ptr<SettingsStore> openStore(std::string_view suite,
                                          const std::optional<fs::path>& directory) {
     if (!directory) {
         return std::make_unique<InMemorySettingsStore>();
     }
-    const std::string_view name =
-        isUsableSuiteName(suite) ? suite : buildinfo::agentBundleIdentifier;
-    return std::make_unique<JsonFileSettingsStore>(
-        *directory / (std::string(name) + std::string(fileExtension)));
+    return std::make_unique<JsonFileSettingsStore>(storeFile(suite, *directory));
 }
 
 // Both stores are deliberately never destroyed: code running during exit (another static's
@@ -156,6 +159,15 @@ std::string_view signalCaseName(Signal signal) {
         case Signal::menuBarChanged: return "menuBarChanged";
     }
     return {};
+}
+
+std::optional<Signal> signalFromCaseName(std::string_view name) {
+    for (Signal signal : allSignals) {
+        if (signalCaseName(signal) == name) {
+            return signal;
+        }
+    }
+    return std::nullopt;
 }
 
 std::string signalName(Signal signal, std::string_view suite) {

@@ -44,8 +44,10 @@ std::optional<std::filesystem::path> settingsDirectory(const EnvironmentLookup& 
 /// The settings folder of this process (the process environment and the account database).
 const std::optional<std::filesystem::path>& settingsDirectory();
 
-/// A store on `<directory>/<suite>.json`; on the agent's own file when `suite` is unusable; in
-/// memory when there is no directory. Logs nothing.
+/// The file of `suite` in `directory`: `<suite>.json`, or the agent's own file when `suite` is
+/// unusable.
+std::filesystem::path storeFile(std::string_view suite, const std::filesystem::path& directory);
+/// A store on storeFile(suite, directory); in memory when there is no directory. Logs nothing.
 std::unique_ptr<SettingsStore> openStore(std::string_view suite,
                                          const std::optional<std::filesystem::path>& directory);
 /// The shared store of this process, opened with suiteName() in settingsDirectory(); lives
@@ -69,8 +71,16 @@ enum class Signal {
     menuBarChanged,
 };
 
+/// Every signal, in the order of the enumeration.
+inline constexpr Signal allSignals[] = {
+    Signal::settings,        Signal::quitAgent,       Signal::openSettings,
+    Signal::checkForUpdates, Signal::updateAvailable, Signal::menuBarChanged,
+};
+
 /// The case name as written in the enumeration.
 std::string_view signalCaseName(Signal signal);
+/// The signal whose case name is exactly `name`; absent for any other text.
+std::optional<Signal> signalFromCaseName(std::string_view name);
 /// `suite` + "." + the case name.
 std::string signalName(Signal signal, std::string_view suite);
 /// The signal's system-wide name in this process's suite.

@@ -1,12 +1,17 @@
 #include <QCoreApplication>
 
 #include <iostream>
+#include <optional>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/UI/HeadlessSession.h"
+#include "CorvaneShared/AppLanguage.h"
+#include "CorvaneShared/BundleDirectory.h"
+#include "Platform/Linux/ExecutablePath.h"
+#include "Platform/Qt/QtTranslations.h"
 
 int main(int argc, char** argv) {
     using corvane::AgentOptions;
@@ -26,6 +31,18 @@ int main(int argc, char** argv) {
         case AgentOptions::Mode::snapshot:
         case AgentOptions::Mode::stream: break;
     }
+    // Before the application object exists, since Qt reads the process's languages then.
+    const auto executable = corvane::currentExecutablePath();
+    const auto bundle =
+        executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
+    corvane::QtTranslations translations(bundle);
+    corvane::AppLanguage language(corvane::processLanguageSources(
+        bundle, [&translations](std::string_view code, std::string_view key) {
+            return translations.translation(code, key);
+        }));
+    language.recordLaunchCode();
+    language.applyChoiceToProcessDefaults();
+
     QCoreApplication application(argc, argv);
-    return corvane::runHeadless(options);
+    return corvane::runHeadless(options, language);
 }

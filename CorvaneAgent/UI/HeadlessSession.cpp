@@ -10,9 +10,11 @@
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
 #include "CorvaneAgent/SystemMonitor.h"
+#include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneAgent/UI/MachineSources.h"
 #include "Platform/Qt/QtRuntime.h"
+#include "Platform/Qt/SessionDisplayState.h"
 
 namespace corvane {
 
@@ -29,7 +31,7 @@ void printLine(const std::string& text) {
 
 }  // namespace
 
-int runHeadless(const AgentOptions& options) {
+int runHeadless(const AgentOptions& options, const AppLanguage& language) {
     SettingsStore& settings = SharedSettings::store();
     settings.registerDefaults(SharedSettings::factoryDefaults());
 
@@ -39,15 +41,22 @@ int runHeadless(const AgentOptions& options) {
         return 2;
     }
 
+    const bool isSnapshot = options.mode == AgentOptions::Mode::snapshot;
     QtRuntime runtime;
-    auto monitor = SystemMonitor::create(
+    MonitorServices services =
         machineServices(options, settings, runtime.runtime(),
-                        std::get<std::shared_ptr<SensorSource>>(std::move(sensors))));
+                        std::get<std::shared_ptr<SensorSource>>(std::move(sensors)));
+    // A snapshot is a one-off reading that has to finish even behind a locked screen; a stream
+    // runs like the agent and rests while nobody can see its readings.
+    if (!isSnapshot) {
+        services.displayState = std::make_unique<SessionDisplayState>();
+    }
+    services.translate = [&language](std::string_view key) { return language.string(key); };
+    auto monitor = SystemMonitor::create(std::move(services));
     for (MonitorSection section : options.openSections) {
         monitor->beginDetailedSampling(section);
     }
 
-    const bool isSnapshot = options.mode == AgentOptions::Mode::snapshot;
     const std::optional<int> limit =
         isSnapshot ? options.refreshes.value_or(defaultSnapshotRefreshes) : options.refreshes;
     int refreshes = 0;

@@ -4,13 +4,18 @@
 #include <utility>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/BatteryReader.h"
+#include "CorvaneAgent/HardwareSensors.h"
 #include "CorvaneAgent/RecordedSmcTable.h"
 #include "CorvaneAgent/SMCReader.h"
 #include "Platform/Linux/ApplesmcTransport.h"
+#include "Platform/Linux/CpuTopology.h"
 #include "Platform/Linux/LinuxGPUStatisticsSource.h"
+#include "Platform/Linux/LinuxHardwareMonitor.h"
 #include "Platform/Linux/LinuxProcessSource.h"
 #include "Platform/Linux/LinuxStorageSource.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
+#include "Platform/Linux/PowerSupplyBattery.h"
 
 namespace corvane {
 
@@ -30,11 +35,25 @@ std::variant<std::shared_ptr<SensorSource>, SourceError> chooseSensorSource(
         return std::shared_ptr<SensorSource>(SMCReader::create(std::move(transport)));
     }
     // An Intel Mac's controller; elsewhere (or without root) it does not open.
-    return std::shared_ptr<SensorSource>(SMCReader::create(ApplesmcTransport::open(options.sysfs)));
+    if (auto controller = SMCReader::create(ApplesmcTransport::open(options.sysfs))) {
+        return std::shared_ptr<SensorSource>(std::move(controller));
+    }
+    // Without a platform power meter (RAPL psys), what the battery gives up while discharging
+    // is the best measure of the whole machine's draw; on mains power there is none.
+    std::shared_ptr<PowerSupplyBattery> battery = PowerSupplyBattery::find(options.sysfs);
+    HardwareSensors::SystemDraw systemDraw;
+    if (battery) {
+        systemDraw = [battery] { return battery->dischargeWatts(); };
+    }
+    return std::shared_ptr<SensorSource>(HardwareSensors::create(
+        std::make_unique<LinuxHardwareMonitor>(options.sysfs), std::move(systemDraw)));
 }
 
 MonitorServices machineServices(const AgentOptions& options, SettingsStore& settings,
                                 Runtime runtime, std::shared_ptr<SensorSource> sensors) {
+    // Looked up on the sensor task's first battery read; the reader is safe on any thread.
+    auto batteryReader = std::make_shared<BatteryReader>(
+        [sysfs = options.sysfs] { return PowerSupplyBattery::find(sysfs); });
     return {
         .settings = settings,
         .runtime = runtime,
@@ -43,6 +62,9 @@ MonitorServices machineServices(const AgentOptions& options, SettingsStore& sett
         .storage = std::make_shared<LinuxStorageSource>(options.procfs, options.sysfs),
         .gpu = std::make_unique<LinuxGPUStatisticsSource>(options.sysfs),
         .sensors = std::move(sensors),
+        .battery = [batteryReader] { return batteryReader->read(); },
+        // The topology does not change while the agent runs, so it is read once, here.
+        .coreTiers = coreTiersFrom(readPerformanceLevels(options.sysfs)),
         .fixedInterval = options.interval,
     };
 }

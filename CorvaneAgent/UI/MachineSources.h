@@ -17,7 +17,8 @@ struct SourceError {
 
 /// The sensor source of this run: the recorded controller table named by `--smc-table`, else by
 /// `environmentTable` ($CORVANE_SMC_TABLE, null when unset), else the machine's controller when
-/// it opens, else none. A named table that cannot be loaded is an error, not a silent fallback.
+/// it opens, else the hardware-monitoring chips when there is at least one, else none. A named
+/// table that cannot be loaded is an error, not a silent fallback.
 std::variant<std::shared_ptr<SensorSource>, SourceError> chooseSensorSource(
     const AgentOptions& options, const char* environmentTable);
 

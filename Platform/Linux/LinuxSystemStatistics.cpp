@@ -40,7 +40,8 @@ LinuxSystemStatistics::LinuxSystemStatistics(const std::filesystem::path& procRo
       uptimePath(pathUnder(procRoot, "uptime")),
       cpuinfoPath(pathUnder(procRoot, "cpuinfo")),
       devicetreeModelPath(pathUnder(sysRoot, "firmware/devicetree/base/model")),
-      blockDirectory(pathUnder(sysRoot, "block")) {}
+      blockDirectory(pathUnder(sysRoot, "block")),
+      thermalZones(sysRoot) {}
 
 void LinuxSystemStatistics::readCPULoad(CPULoadSample& sample) {
     const auto text = reader.read(statPath.c_str());
@@ -159,8 +160,7 @@ std::optional<std::string> LinuxSystemStatistics::processorBrand() {
 }
 
 std::optional<ThermalState> LinuxSystemStatistics::thermalState() {
-    // The rule over /sys/class/thermal zones and trip points comes with the hardware sensors.
-    return std::nullopt;
+    return thermalZones.readState(reader);
 }
 
 }  // namespace corvane

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Platform/Linux/KernelFileReader.h"
+#include "Platform/Linux/ThermalZones.h"
 #include "Platform/SystemStatistics.h"
 
 namespace corvane {
@@ -15,7 +16,8 @@ namespace corvane {
 /// The system statistics of a Linux machine, read from procfs and sysfs under the given roots
 /// (the real ones, or a fixture tree). Each call opens, reads and closes its files; nothing is
 /// cached but the list of zram devices, which is looked for again every
-/// `zramRescanInterval` memory reads. Main thread only.
+/// `zramRescanInterval` memory reads, and the thermal zones with their trip points, found again
+/// every `ThermalZones::rescanInterval` thermal reads. Main thread only.
 class LinuxSystemStatistics final : public SystemStatistics {
 public:
     /// How many readMemory() calls reuse one listing of <sysfs>/block (a minute at the default
@@ -39,7 +41,8 @@ public:
     std::optional<std::uint64_t> physicalMemoryBytes() override;
     /// The first "model name" of /proc/cpuinfo, else the device tree's board model.
     std::optional<std::string> processorBrand() override;
-    /// Always absent for now.
+    /// The worst state of the thermal zones under <sysfs>/class/thermal (see ThermalZones);
+    /// absent when no zone has a usable trip point and temperature.
     std::optional<ThermalState> thermalState() override;
 
 private:
@@ -60,6 +63,7 @@ private:
     std::string blockDirectory;
     std::vector<std::string> zramStatPaths;
     unsigned memoryReadsSinceZramScan = zramRescanInterval;
+    ThermalZones thermalZones;
 };
 
 }  // namespace corvane

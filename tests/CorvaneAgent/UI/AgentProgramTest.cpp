@@ -10,6 +10,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -44,6 +45,8 @@ protected:
         fs::create_directories(configHome / "corvane");
         ::setenv("XDG_CONFIG_HOME", configHome.c_str(), 1);
         ::setenv("CORVANE_SETTINGS_SUITE", "program-test", 1);
+        // Texts in English whatever the machine's locale; a test that wants another says so.
+        ::setenv("CORVANE_LANGUAGE", "en", 1);
     }
     void TearDown() override { fs::remove_all(configHome); }
 
@@ -94,6 +97,17 @@ TEST_F(AgentProgramTest, SnapshotOfACapturedMachine) {
     EXPECT_EQ(result["thermalStateLabel"], "Unknown");
     EXPECT_EQ(result["plan"], json::parse(R"({"samplesProcesses": true, "samplesGPU": false,
         "samplesBattery": false, "storageEvery": 15, "smcScope": "menuBar"})"));
+}
+
+TEST_F(AgentProgramTest, LabelsFollowTheForcedLanguage) {
+    const std::vector<std::string> english = {"Nominal", "Elevated", "High", "Critical", "Unknown"};
+    const std::vector<std::string> german = {"Normal", "Erhöht", "Hoch", "Kritisch", "Unbekannt"};
+    const std::string roots = rootsOf("debian12-kvm-x86_64");
+    const auto label = std::find(english.begin(), english.end(),
+                                 snapshot(roots)["thermalStateLabel"].get<std::string>());
+    ASSERT_NE(label, english.end());
+    ::setenv("CORVANE_LANGUAGE", "de", 1);
+    EXPECT_EQ(snapshot(roots)["thermalStateLabel"], german[label - english.begin()]);
 }
 
 TEST_F(AgentProgramTest, PlanFollowsTheStoredSettingsAndOpenPanels) {

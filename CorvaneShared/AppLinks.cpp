@@ -1,0 +1,105 @@
+#include "CorvaneShared/AppLinks.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "CorvaneShared/BuildInfo.h"
+#include "CorvaneShared/BundleDirectory.h"
+#include "CorvaneShared/DesktopEntry.h"
+
+namespace corvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The folders between the companion's bundle and the agent's in the portable layout:
+// Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app.
+constexpr int embeddingDepth = 4;
+
+fs::path withoutTrailingSeparator(const fs::path& path) {
+    const fs::path normal = path.lexically_normal();
+    return normal.has_filename() ? normal : normal.parent_path();
+}
+
+}  // namespace
+
+AppLinks::AppLinks(Sources sources)
+    : sources(std::move(sources)),
+      unitTestHost(this->sources.environment &&
+                   this->sources.environment(unitTestVariable) != nullptr) {}
+
+std::optional<fs::path> AppLinks::containingAppURL() const {
+    if (sources.agentBundle) {
+        fs::path candidate = withoutTrailingSeparator(*sources.agentBundle);
+        for (int level = 0; level < embeddingDepth; ++level) {
+            candidate = candidate.parent_path();
+        }
+        const std::optional<BundleInfo> info =
+            candidate.extension() == ".app" ? BundleDirectory::readInfo(candidate) : std::nullopt;
+        if (info && info->identifier == sources.appBundleIdentifier) {
+            return candidate;
+        }
+    }
+    if (!sources.environment) {
+        return std::nullopt;
+    }
+    return DesktopEntries::find(sources.appBundleIdentifier, sources.environment);
+}
+
+std::map<std::string, std::string> AppLinks::testEnvironment() const {
+    std::map<std::string, std::string> variables;
+    if (!sources.environment) {
+        return variables;
+    }
+    for (const char* name :
+         {"CORVANE_SETTINGS_SUITE", "CORVANE_UI_TESTING", "CORVANE_DISABLE_UPDATER",
+          "CORVANE_NO_LOGIN_ITEM", "CORVANE_LANGUAGE"}) {
+        if (const char* value = sources.environment(name)) {
+            variables.emplace(name, value);
+        }
+    }
+    return variables;
+}
+
+std::optional<DetachedLaunch> AppLinks::launchOf(const fs::path& app) const {
+    if (app.extension() == ".desktop") {
+        const std::optional<DesktopEntry> entry = DesktopEntries::read(app);
+        return entry ? DesktopEntries::launch(*entry) : std::nullopt;
+    }
+    const std::optional<BundleInfo> info = BundleDirectory::readInfo(app);
+    if (!info || !info->executable || info->executable->empty()) {
+        return std::nullopt;
+    }
+    return DetachedLaunch{.program = (app / *info->executable).string()};
+}
+
+void AppLinks::openSettingsApp() const {
+    if (sources.post) {
+        sources.post(SharedSettings::Signal::openSettings);
+    }
+    const std::optional<fs::path> app = containingAppURL();
+    if (!app || !sources.launch) {
+        return;
+    }
+    std::optional<DetachedLaunch> request = launchOf(*app);
+    if (!request) {
+        return;
+    }
+    request->environment = testEnvironment();
+    sources.launch(*request);
+}
+
+AppLinks::Sources processLinkSources(std::optional<fs::path> agentBundle,
+                                     std::function<void(SharedSettings::Signal)> post,
+                                     ProcessLauncher launch) {
+    return {
+        .environment = [](const char* name) -> const char* { return std::getenv(name); },
+        .agentBundle = std::move(agentBundle),
+        .appBundleIdentifier = std::string(buildinfo::appBundleIdentifier),
+        .post = std::move(post),
+        .launch = std::move(launch),
+    };
+}
+
+}  // namespace corvane

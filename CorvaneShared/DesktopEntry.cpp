@@ -1,0 +1,223 @@
+#include "CorvaneShared/DesktopEntry.h"
+
+#include <fstream>
+#include <system_error>
+
+namespace corvane::DesktopEntries {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Environment = SharedSettings::EnvironmentLookup;
+
+bool isAbsolute(std::string_view directory) {
+    return !directory.empty() && directory.front() == '/';
+}
+
+std::string trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
+}
+
+// The escapes of the string value type; any other backslash stays for the Exec quoting rules.
+std::string unescapedValue(std::string_view value) {
+    std::string result;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\' || i + 1 == value.size()) {
+            result += value[i];
+            continue;
+        }
+        switch (value[++i]) {
+            case 's': result += ' '; break;
+            case 'n': result += '\n'; break;
+            case 't': result += '\t'; break;
+            case 'r': result += '\r'; break;
+            case '\\': result += '\\'; break;
+            default: result += '\\'; result += value[i];
+        }
+    }
+    return result;
+}
+
+std::vector<fs::path> dataDirectories(const Environment& environment) {
+    std::vector<fs::path> directories;
+    const char* dataHome = environment("XDG_DATA_HOME");
+    const char* home = environment("HOME");
+    if (dataHome != nullptr && isAbsolute(dataHome)) {
+        directories.emplace_back(dataHome);
+    } else if (home != nullptr && isAbsolute(home)) {
+        directories.push_back(fs::path(home) / ".local" / "share");
+    }
+    const char* dataDirs = environment("XDG_DATA_DIRS");
+    std::string_view list =
+        dataDirs != nullptr && *dataDirs != '\0' ? dataDirs : "/usr/local/share/:/usr/share/";
+    while (!list.empty()) {
+        const std::size_t end = list.find(':');
+        if (const std::string_view directory = list.substr(0, end); isAbsolute(directory)) {
+            directories.emplace_back(directory);
+        }
+        list = end == std::string_view::npos ? std::string_view() : list.substr(end + 1);
+    }
+    return directories;
+}
+
+struct Token {
+    std::string text;
+    bool quoted = false;
+};
+
+// Splits at unquoted spaces; inside double quotes a backslash takes the next character as is.
+std::optional<std::vector<Token>> splitIntoTokens(std::string_view exec) {
+    std::vector<Token> result;
+    std::optional<Token> current;
+    bool inQuotes = false;
+    for (std::size_t i = 0; i < exec.size(); ++i) {
+        const char c = exec[i];
+        if (inQuotes) {
+            if (c == '"') {
+                inQuotes = false;
+            } else if (c == '\\' && i + 1 < exec.size()) {
+                current->text += exec[++i];
+            } else {
+                current->text += c;
+            }
+        } else if (c == ' ') {
+            if (current) {
+                result.push_back(std::move(*current));
+                current.reset();
+            }
+        } else {
+            if (!current) {
+                current.emplace();
+            }
+            if (c == '"') {
+                inQuotes = true;
+                current->quoted = true;
+            } else {
+                current->text += c;
+            }
+        }
+    }
+    if (inQuotes) {
+        return std::nullopt;
+    }
+    if (current) {
+        result.push_back(std::move(*current));
+    }
+    return result;
+}
+
+// Field codes are only meaningful outside quotes; an argument left empty by removed codes is
+// dropped, since the program would otherwise see an empty file name.
+void appendExpanded(const Token& token, const DesktopEntry& entry,
+                    std::vector<std::string>& arguments) {
+    if (token.quoted) {
+        arguments.push_back(token.text);
+        return;
+    }
+    if (token.text == "%i") {
+        if (!entry.icon.empty()) {
+            arguments.push_back("--icon");
+            arguments.push_back(entry.icon);
+        }
+        return;
+    }
+    std::string expanded;
+    const std::string& text = token.text;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%' || i + 1 == text.size()) {
+            expanded += text[i];
+            continue;
+        }
+        switch (text[++i]) {
+            case '%': expanded += '%'; break;
+            case 'c': expanded += entry.name; break;
+            case 'k': expanded += entry.file.string(); break;
+            default: break;  // files, URLs, an icon inside an argument, deprecated codes
+        }
+    }
+    if (!expanded.empty()) {
+        arguments.push_back(std::move(expanded));
+    }
+}
+
+}  // namespace
+
+std::optional<fs::path> find(std::string_view identifier, const Environment& environment) {
+    const std::string fileName = std::string(identifier) + ".desktop";
+    for (const fs::path& directory : dataDirectories(environment)) {
+        const fs::path file = directory / "applications" / fileName;
+        std::error_code error;
+        if (!fs::is_regular_file(file, error)) {
+            continue;
+        }
+        const std::optional<DesktopEntry> entry = read(file);
+        if (entry && entry->hidden) {
+            return std::nullopt;
+        }
+        return file;
+    }
+    return std::nullopt;
+}
+
+std::optional<DesktopEntry> read(const fs::path& file) {
+    std::ifstream stream(file);
+    if (!stream) {
+        return std::nullopt;
+    }
+    DesktopEntry entry{.file = file};
+    bool inMainGroup = false;
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with('[')) {
+            inMainGroup = trimmed(line) == "[Desktop Entry]";
+            continue;
+        }
+        const std::size_t equals = line.find('=');
+        if (!inMainGroup || line.starts_with('#') || equals == std::string::npos) {
+            continue;
+        }
+        const std::string key = trimmed(std::string_view(line).substr(0, equals));
+        const std::string value =
+            unescapedValue(trimmed(std::string_view(line).substr(equals + 1)));
+        if (key == "Exec") {
+            entry.exec = value;
+        } else if (key == "Name") {
+            entry.name = value;
+        } else if (key == "Icon") {
+            entry.icon = value;
+        } else if (key == "Path") {
+            entry.workingDirectory = value;
+        } else if (key == "Hidden") {
+            entry.hidden = value == "true";
+        }
+    }
+    return entry;
+}
+
+std::vector<std::string> commandLine(const DesktopEntry& entry) {
+    std::vector<std::string> arguments;
+    for (const Token& token : splitIntoTokens(entry.exec).value_or(std::vector<Token>{})) {
+        appendExpanded(token, entry, arguments);
+    }
+    return arguments;
+}
+
+std::optional<DetachedLaunch> launch(const DesktopEntry& entry) {
+    std::vector<std::string> arguments = commandLine(entry);
+    if (arguments.empty()) {
+        return std::nullopt;
+    }
+    DetachedLaunch request{.program = arguments.front()};
+    request.arguments.assign(std::make_move_iterator(arguments.begin() + 1),
+                             std::make_move_iterator(arguments.end()));
+    if (!entry.workingDirectory.empty()) {
+        request.workingDirectory = entry.workingDirectory;
+    }
+    return request;
+}
+
+}  // namespace corvane::DesktopEntries

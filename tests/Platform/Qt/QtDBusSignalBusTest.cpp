@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "CorvaneShared/SignalListener.h"
+#include "Platform/Qt/DBusSignalMember.h"
+#include "Platform/Qt/QtDBusSignalBus.h"
+#include "tests/Platform/Qt/BusTestSupport.h"
+
+namespace corvane {
+namespace {
+
+using SharedSettings::Signal;
+
+TEST(SignalMemberName, EscapesEveryByteOutsideLettersAndDigitsAndHashesLongNames) {
+    std::string points = "s_";
+    for (int i = 0; i < 85; ++i) {
+        points += "_2e";
+    }
+    const std::pair<std::string, std::string> rows[] = {
+        {"CRVN.io.corvane.Corvane.settings", "s_CRVN_2eio_2ecorvane_2eCorvane_2esettings"},
+        // The escape character is escaped too, so "a_2eb" cannot meet "a.b".
+        {"a_2eb.quitAgent", "s_a_5f2eb_2equitAgent"},
+        {"\"\xc3\xa9\".x", "s__22_c3_a9_22_2ex"},
+        {std::string(84, '.'), points.substr(0, 254)},
+        // Past 255 characters: cut, then the name's 64-bit FNV-1a, which programs built apart
+        // must agree on.
+        {std::string(85, '.'), points.substr(0, 238) + "_1219c0470f0bef61"},
+    };
+    for (const auto& [name, member] : rows) {
+        EXPECT_EQ(signalMemberName(name), member) << name;
+    }
+}
+
+class QtDBusSignalBusTest : public testing::BusTest {
+protected:
+    /// A handler that records `who`, marked when it runs off the main thread.
+    std::function<void()> hear(std::string who) {
+        return [this, who, mainThread = std::this_thread::get_id()] {
+            heard.push_back(std::this_thread::get_id() == mainThread ? who : who + " elsewhere");
+        };
+    }
+    bool runUntilHeard(const std::string& who) {
+        return runUntil([&] { return !heard.empty() && heard.back() == who; });
+    }
+
+    QtDBusSignalBus bus;
+    std::vector<std::string> heard;
+};
+
+TEST_F(QtDBusSignalBusTest, EveryListenerOfTheSuiteHearsEachPostOnceOnTheMainThread) {
+    SignalListener first(bus, "suite-a"), second(bus, "suite-a"), stranger(bus, "suite-b");
+    first.listen(Signal::settings, hear("first"));
+    second.listen(Signal::settings, hear("second"));
+    stranger.listen(Signal::settings, hear("stranger"));
+    first.listen(Signal::menuBarChanged, hear("done"));
+    SharedSettings::post(bus, Signal::settings, "suite-a");
+    SharedSettings::post(bus, Signal::menuBarChanged, "suite-a");
+    ASSERT_TRUE(runUntilHeard("done"));
+    EXPECT_EQ(heard, (std::vector<std::string>{"first", "second", "done"}));
+}
+
+// Guards a handler running after its listener was destroyed by an earlier handler of the same
+// delivery, and deliveries already received when it was destroyed.
+TEST_F(QtDBusSignalBusTest, DestroyedListenerHearsNothingMore) {
+    SignalListener survivor(bus, "suite");
+    auto doomed = std::make_unique<SignalListener>(bus, "suite");
+    survivor.listen(Signal::settings, [&] {
+        heard.push_back("survivor");
+        doomed.reset();
+    });
+    doomed->listen(Signal::settings, hear("doomed"));
+    survivor.listen(Signal::quitAgent, hear("done"));
+    SharedSettings::post(bus, Signal::settings, "suite");
+    SharedSettings::post(bus, Signal::settings, "suite");
+    SharedSettings::post(bus, Signal::quitAgent, "suite");
+    ASSERT_TRUE(runUntilHeard("done"));
+    EXPECT_EQ(heard, (std::vector<std::string>{"survivor", "survivor", "done"}));
+}
+
+TEST_F(QtDBusSignalBusTest, SuiteNamesOfAnyBytesAndLengthReachTheirOwnListenersOnly) {
+    const std::string longSuite(300, 'x');
+    const std::tuple<std::string, std::string, bool> rows[] = {
+        {"quote\"and'apostrophe", "quote\"and'apostrophe", true},
+        {"gr\xc3\xbc\xc3\x9f", "gr\xc3\xbc\xc3\x9f", true},
+        {longSuite + "a", longSuite + "a", true},
+        {longSuite + "a", longSuite + "b", false},
+        {"a.b", "a_2eb", false},
+    };
+    SignalListener sentinel(bus, "sentinel");
+    sentinel.listen(Signal::quitAgent, hear("done"));
+    for (const auto& [listened, posted, isHeard] : rows) {
+        SCOPED_TRACE(posted);
+        heard.clear();
+        SignalListener listener(bus, listened);
+        listener.listen(Signal::settings, hear("listener"));
+        SharedSettings::post(bus, Signal::settings, posted);
+        SharedSettings::post(bus, Signal::quitAgent, "sentinel");
+        ASSERT_TRUE(runUntilHeard("done"));
+        EXPECT_EQ(heard.size(), isHeard ? 2u : 1u);
+    }
+}
+
+TEST_F(QtDBusSignalBusTest, WithoutABusListeningIsRefusedSilently) {
+    QtDBusSignalBus nowhere(noBus());
+    SignalListener listener(nowhere, "suite");
+    listener.listen(Signal::settings, [] {});
+    SharedSettings::post(nowhere, Signal::settings, "suite");
+    EXPECT_FALSE(nowhere.isConnected());
+    EXPECT_TRUE(listener.tokens().empty());
+}
+
+}  // namespace
+}  // namespace corvane

@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+const std::string ctl = CORVANE_CTL_PROGRAM;
+
+struct ProgramRun {
+    int status = -1;
+    std::string output;
+    std::string errors;
+};
+
+std::string readAll(std::istream&& stream) {
+    std::stringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+/// Runs corvanectl and corvane-agent with a settings folder of this test's own.
+class CtlProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        configHome = fs::temp_directory_path() / ("corvanectl-test-" + std::to_string(::getpid()));
+        fs::create_directories(configHome);
+        ::setenv("XDG_CONFIG_HOME", configHome.c_str(), 1);
+        ::setenv("CORVANE_SETTINGS_SUITE", "ctl-test", 1);
+    }
+    void TearDown() override { fs::remove_all(configHome); }
+
+    fs::path settingsFile() const { return configHome / "corvane" / "ctl-test.json"; }
+
+    /// Runs `command` in a shell.
+    ProgramRun run(const std::string& command) {
+        FILE* pipe = ::popen((command + " 2>" + (configHome / "stderr").string()).c_str(), "r");
+        ProgramRun result;
+        char buffer[4096];
+        while (std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe)) {
+            result.output.append(buffer, count);
+        }
+        const int status = ::pclose(pipe);
+        result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        result.errors = readAll(std::ifstream(configHome / "stderr"));
+        return result;
+    }
+
+    /// Waits until a match rule on the session bus contains `fragment`: a subscription is in
+    /// place.
+    bool waitForMatchRule(const std::string& fragment) {
+        for (int attempt = 0; attempt < 250; ++attempt) {
+            if (run("dbus-send --session --print-reply --dest=org.freedesktop.DBus "
+                    "/org/freedesktop/DBus org.freedesktop.DBus.Debug.Stats.GetAllMatchRules")
+                    .output.find(fragment) != std::string::npos) {
+                return true;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return false;
+    }
+
+    fs::path configHome;
+};
+
+/// `corvanectl watch` in a child process of a suite of its own, its output on a pipe. Reads
+/// block; the test's time limit ends a wait for a line that never comes.
+class Watcher {
+public:
+    // The shell prints its process number, which corvanectl then takes over.
+    explicit Watcher(const std::string& suite)
+        : pipe(::popen(
+              ("echo $$; CORVANE_SETTINGS_SUITE=" + suite + " exec " + ctl + " watch").c_str(),
+              "r")),
+          pid(std::stoi(readLine())) {}
+    ~Watcher() {
+        ::kill(pid, SIGTERM);
+        ::pclose(pipe);
+    }
+
+    std::string readLine() {
+        char line[256];
+        return std::fgets(line, sizeof line, pipe) != nullptr ? line : "";
+    }
+
+private:
+    FILE* pipe;
+    pid_t pid;
+};
+
+TEST_F(CtlProgramTest, WatchPrintsEachPostOfItsOwnSuiteOnce) {
+    Watcher watcher("ctl-a");
+    // menuBarChanged is subscribed last, after every other signal.
+    ASSERT_TRUE(waitForMatchRule("s_ctl_2da_2emenuBarChanged")) << "run under dbus-run-session";
+    // Each post has reached the bus when its process ends, so they arrive in this order.
+    EXPECT_EQ(run("CORVANE_SETTINGS_SUITE=ctl-a " + ctl + " post settings").status, 0);
+    EXPECT_EQ(run("CORVANE_SETTINGS_SUITE=ctl-b " + ctl + " post settings").status, 0);
+    EXPECT_EQ(run("CORVANE_SETTINGS_SUITE=ctl-a " + ctl + " post menuBarChanged").status, 0);
+    EXPECT_EQ(watcher.readLine(), "settings\n");
+    EXPECT_EQ(watcher.readLine(), "menuBarChanged\n");
+}
+
+TEST_F(CtlProgramTest, StoredSettingsKeepTheirTypesAndChangeTheAgentsPlan) {
+    auto smcScope = [&] {
+        ProgramRun snapshot =
+            run(std::string(CORVANE_AGENT_PROGRAM) + " --snapshot --interval 0.01");
+        return json::parse(snapshot.output, nullptr, false)["plan"]["smcScope"];
+    };
+    ASSERT_EQ(run(ctl + " set sensorsReadout off").status, 0);
+    EXPECT_EQ(smcScope(), "menuBar");  // the CPU meter's temperature readout
+    ASSERT_EQ(run(ctl + " set showCPUItem false").status, 0);
+    EXPECT_EQ(smcScope(), "none");
+
+    ASSERT_EQ(run(ctl + " set refreshInterval 2").status, 0);
+    ASSERT_EQ(run(ctl + " set language 2 --string").status, 0);
+    EXPECT_EQ(json::parse(readAll(std::ifstream(settingsFile()))),
+              json::parse(R"({"sensorsReadout": "off", "showCPUItem": false,
+                              "refreshInterval": 2.0, "language": "2"})"));
+    EXPECT_EQ(run(ctl + " get refreshInterval").output, "2\n");
+    ASSERT_EQ(run(ctl + " delete refreshInterval").status, 0);
+    EXPECT_EQ(run(ctl + " get refreshInterval").output, "1\n");  // the factory default again
+    // Stored values over factory defaults.
+    EXPECT_NE(run(ctl + " list").output.find("\nlanguage = \"2\"\nmenuBarOrder = \"storage,"),
+              std::string::npos);
+}
+
+TEST_F(CtlProgramTest, RefusesWithOneLineAndStatusTwoWritingNothing) {
+    fs::create_directories(settingsFile().parent_path());
+    std::ofstream(settingsFile()) << "{not json";
+    for (const char* arguments :
+         {"", "frobnicate", "get a b", "set showCPUItem", "set key maybe --bool",
+          "set key 1 --bool --double", "post settings quitAgent", "watch Settings",
+          "set showCPUItem false", "get showCPUItem"}) {
+        SCOPED_TRACE(arguments);
+        ProgramRun result = run(ctl + " " + arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_TRUE(result.output.empty());
+        EXPECT_TRUE(result.errors.starts_with("corvanectl: ")) << result.errors;
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+    }
+    EXPECT_EQ(readAll(std::ifstream(settingsFile())), "{not json");
+    EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
+}
+
+}  // namespace

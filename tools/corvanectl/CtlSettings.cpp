@@ -1,0 +1,106 @@
+#include "tools/corvanectl/CtlSettings.h"
+
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "CorvaneShared/SharedSettings.h"
+
+namespace corvane {
+
+namespace {
+
+// The store reads files past this size as corrupt; a settings file is a few kilobytes.
+constexpr std::uintmax_t largestReadableFile = 16 * 1024 * 1024;
+
+SettingValue effectiveValues(const SettingsStore& store) {
+    SettingValue values = SettingValue::object();
+    for (const auto& [key, value] : SharedSettings::factoryDefaults()) {
+        values[key] = value;
+    }
+    const SettingValue stored = store.storedValues();
+    for (const auto& [key, value] : stored.items()) {
+        values[key] = value;
+    }
+    return values;
+}
+
+}  // namespace
+
+std::string settingText(const SettingValue& value) {
+    if (value.is_boolean()) {
+        return value.get<bool>() ? "true" : "false";
+    }
+    if (auto text = stringFromSetting(value)) {
+        return *text;
+    }
+    return value.dump(-1, ' ', false, SettingValue::error_handler_t::replace);
+}
+
+std::optional<std::string> settingsFileProblem(const std::filesystem::path& file) {
+    std::error_code error;
+    const auto status = std::filesystem::status(file, error);
+    if (status.type() == std::filesystem::file_type::not_found) {
+        return std::nullopt;
+    }
+    const std::string cannotRead = "cannot read " + file.string();
+    // A failed status() reads as no regular file.
+    if (status.type() != std::filesystem::file_type::regular ||
+        std::filesystem::file_size(file, error) > largestReadableFile || error) {
+        return cannotRead;
+    }
+    std::ifstream stream(file, std::ios::binary);
+    std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (!stream.is_open() || stream.bad()) {
+        return cannotRead;
+    }
+    if (text.empty()) {
+        return std::nullopt;
+    }
+    const SettingValue parsed = SettingValue::parse(text, nullptr, false);
+    if (parsed.is_discarded() || !parsed.is_object()) {
+        return file.string() + " holds no JSON object; fix or remove it";
+    }
+    return std::nullopt;
+}
+
+int runSettingsCommand(const CtlCommand& command, SettingsStore& store, std::ostream& out,
+                       std::ostream& errors) {
+    using Verb = CtlCommand::Verb;
+    switch (command.verb) {
+        case Verb::get: {
+            const SettingValue value = store.object(command.key);
+            if (value.is_null()) {
+                errors << "corvanectl: no value for '" << command.key << "'\n";
+                return 1;
+            }
+            out << settingText(value) << '\n';
+            return 0;
+        }
+        case Verb::set:
+        case Verb::remove: {
+            const SettingValue value = command.verb == Verb::set ? command.value : SettingValue();
+            if (!store.set(command.key, value)) {
+                errors << "corvanectl: could not write the settings file\n";
+                return 1;
+            }
+            return 0;
+        }
+        case Verb::list: {
+            const SettingValue values = effectiveValues(store);
+            for (const auto& [key, value] : values.items()) {
+                out << key << " = "
+                    << value.dump(-1, ' ', false, SettingValue::error_handler_t::replace) << '\n';
+            }
+            return 0;
+        }
+        case Verb::help:
+        case Verb::post:
+        case Verb::watch: break;
+    }
+    errors << "corvanectl: not a settings command\n";
+    return 2;
+}
+
+}  // namespace corvane
