@@ -25,8 +25,8 @@ struct DesktopEntry {
     bool hidden = false;
 };
 
-/// Finding, reading and starting XDG desktop entries (Desktop Entry Specification 1.5, Base
-/// Directory Specification 0.8). Reads the disk on every call; any thread.
+/// Finding, reading and starting XDG desktop entries (freedesktop.org Desktop Entry 1.5, Base
+/// Directory 0.8). Reads the disk on every call; any thread.
 namespace DesktopEntries {
 
 /// `<identifier>.desktop` in the first data directory that has it: $XDG_DATA_HOME (default

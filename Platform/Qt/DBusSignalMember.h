@@ -10,7 +10,7 @@ namespace corvane {
 inline constexpr const char* signalObjectPath = "/io/corvane/Signals";
 /// The D-Bus interface of every Corvane signal.
 inline constexpr const char* signalInterface = "io.corvane.Signals";
-/// The longest member name the D-Bus specification allows.
+/// The longest member name D-Bus allows.
 inline constexpr std::size_t maximumMemberNameLength = 255;
 
 /// The D-Bus member that carries the signal `name`: "s_" followed by `name` with every byte
