@@ -14,6 +14,8 @@
 #include <string>
 #include <utility>
 
+#include "Platform/FileDescriptor.h"
+
 namespace corvane {
 
 namespace {
@@ -35,36 +37,6 @@ constexpr std::size_t longestBackupSuffix =
 static_assert(JsonFileSettingsStore::maximumFileNameLength + longestBackupSuffix == NAME_MAX);
 static_assert(lockSuffix.size() <= longestBackupSuffix);
 static_assert(temporarySuffix.size() <= longestBackupSuffix);
-
-class FileDescriptor {
-public:
-    FileDescriptor() = default;
-    explicit FileDescriptor(int fd) : descriptor(fd) {}
-    FileDescriptor(FileDescriptor&& other) noexcept
-        : descriptor(std::exchange(other.descriptor, -1)) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-        if (this != &other) {
-            reset();
-            descriptor = std::exchange(other.descriptor, -1);
-        }
-        return *this;
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() { reset(); }
-
-    int get() const { return descriptor; }
-    bool isOpen() const { return descriptor >= 0; }
-    void reset() {
-        if (descriptor >= 0) {
-            ::close(descriptor);
-        }
-        descriptor = -1;
-    }
-
-private:
-    int descriptor = -1;
-};
 
 // A missing file has the default identity.
 struct FileIdentity {

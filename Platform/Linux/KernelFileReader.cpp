@@ -8,6 +8,8 @@
 #include <cstring>
 #include <utility>
 
+#include "Platform/FileDescriptor.h"
+
 namespace corvane {
 
 namespace {
@@ -15,23 +17,6 @@ namespace {
 // Enough for /proc/stat, /proc/meminfo and /proc/vmstat of an ordinary machine in one go; the
 // buffer doubles from here when a file does not fit.
 constexpr std::size_t initialCapacity = 16 * 1024;
-
-// Closes the descriptor on every way out of read().
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int opened) : descriptor(opened) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (descriptor >= 0) {
-            ::close(descriptor);
-        }
-    }
-    int get() const { return descriptor; }
-
-private:
-    int descriptor;
-};
 
 }  // namespace
 

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/FileDescriptor.h"
 #include "Platform/Linux/ProcPidIo.h"
 #include "Platform/Linux/ProcPidStat.h"
 #include "Platform/Linux/ProcPidStatm.h"
@@ -32,23 +33,6 @@ constexpr std::size_t fileBufferSize = 4096;
 // The longest 32-bit pid has 10 digits, the longest leaf is "statm", and then the NUL.
 constexpr std::size_t maximumPidDigits = 10;
 constexpr std::size_t pathBufferSize = maximumPidDigits + sizeof("/statm");
-
-// Closes the descriptor on every way out of readSmallFile().
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int opened) : descriptor(opened) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (descriptor >= 0) {
-            ::close(descriptor);
-        }
-    }
-    int get() const { return descriptor; }
-
-private:
-    int descriptor;
-};
 
 // The pid a directory entry of the procfs root names; absent for "self", "sys", "meminfo"...
 std::optional<std::int32_t> pidFromName(std::string_view name) {

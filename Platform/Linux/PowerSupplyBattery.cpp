@@ -205,14 +205,7 @@ PowerSupplyStatus parsePowerSupplyStatus(std::string_view text) {
 }
 
 std::optional<std::int64_t> parsePowerSupplyInteger(std::string_view text) {
-    const auto field = text::trim(text);
-    std::int64_t value = 0;
-    const char* end = field.data() + field.size();
-    const auto [stop, error] = std::from_chars(field.data(), end, value);
-    if (field.empty() || error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return value;
+    return text::parseSigned(text::trim(text));
 }
 
 StatisticsDictionary batteryPropertiesFrom(const PowerSupplyReading& r) {

@@ -69,6 +69,17 @@ namespace corvane::text {
     return value;
 }
 
+/// The whole of `field` as a signed decimal number; absent for anything else.
+[[nodiscard]] inline std::optional<std::int64_t> parseSigned(std::string_view field) {
+    std::int64_t value = 0;
+    const char* end = field.data() + field.size();
+    const auto [stop, error] = std::from_chars(field.data(), end, value);
+    if (error != std::errc{} || stop != end) {
+        return std::nullopt;
+    }
+    return value;
+}
+
 /// The whole of `field` as a finite decimal number; absent for anything else. Independent of
 /// the C locale, which matters because the kernel always writes a '.'.
 [[nodiscard]] inline std::optional<double> parseDecimal(std::string_view field) {

@@ -44,14 +44,7 @@ std::optional<ThermalTripType> parseThermalTripType(std::string_view text) {
 }
 
 std::optional<std::int64_t> parseMillidegrees(std::string_view text) {
-    const auto field = text::trim(text);
-    std::int64_t value = 0;
-    const char* end = field.data() + field.size();
-    const auto [stop, error] = std::from_chars(field.data(), end, value);
-    if (field.empty() || error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return value;
+    return text::parseSigned(text::trim(text));
 }
 
 void ThermalTrips::add(ThermalTripType type, std::int64_t millidegrees) {
