@@ -10,9 +10,9 @@
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
 #include "CorvaneAgent/SystemMonitor.h"
+#include "CorvaneAgent/UI/MachineSources.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/SharedSettings.h"
-#include "CorvaneAgent/UI/MachineSources.h"
 #include "Platform/Qt/QtRuntime.h"
 #include "Platform/Qt/SessionDisplayState.h"
 
@@ -21,6 +21,12 @@ namespace corvane {
 namespace {
 
 constexpr int defaultSnapshotRefreshes = 2;
+
+// Names come from the system (volume labels, process names) and need not be valid UTF-8; a
+// replacement character beats losing the whole reading.
+std::string jsonText(const nlohmann::ordered_json& json, int indent) {
+    return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
 
 void printLine(const std::string& text) {
     std::fputs(text.c_str(), stdout);
@@ -64,7 +70,7 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language) {
     monitor->setOnRefresh([&] {
         ++refreshes;
         if (!isSnapshot) {
-            printLine(monitorSnapshot(model).dump());
+            printLine(jsonText(monitorSnapshot(model), -1));
         }
         if (!limit || refreshes < *limit) {
             return;
@@ -73,7 +79,7 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language) {
         model.stopTimer();
         model.whenBackgroundWorkFinished([&] {
             if (isSnapshot) {
-                printLine(monitorSnapshot(model).dump(2));
+                printLine(jsonText(monitorSnapshot(model), 2));
             }
             // Queued, so that it also ends a loop that has not started yet.
             runtime.post([] { QCoreApplication::quit(); });
