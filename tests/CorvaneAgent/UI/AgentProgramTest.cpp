@@ -1,23 +1,24 @@
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "tests/support/ProgramRun.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using corvane::testing::ProgramRun;
+using corvane::testing::runCommand;
 
 const fs::path fixtures = CORVANE_FIXTURES;
 
@@ -29,12 +30,6 @@ std::string rootsOf(const std::string& machine) {
     }
     return arguments;
 }
-
-struct ProgramRun {
-    int status = -1;
-    std::string output;
-    std::string errors;
-};
 
 /// Runs corvane-agent with a settings directory and suite of this test's own.
 class AgentProgramTest : public ::testing::Test {
@@ -55,24 +50,8 @@ protected:
     }
 
     ProgramRun runAgent(const std::string& arguments) {
-        const fs::path errorsFile = configHome / "stderr";
-        const std::string command =
-            std::string(CORVANE_AGENT_PROGRAM) + " " + arguments + " 2>" + errorsFile.string();
-        ProgramRun run;
-        FILE* pipe = ::popen(command.c_str(), "r");
-        if (pipe == nullptr) {
-            return run;
-        }
-        char buffer[4096];
-        while (std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe)) {
-            run.output.append(buffer, count);
-        }
-        const int status = ::pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        std::stringstream errors;
-        errors << std::ifstream(errorsFile).rdbuf();
-        run.errors = errors.str();
-        return run;
+        return runCommand(std::string(CORVANE_AGENT_PROGRAM) + " " + arguments,
+                          configHome / "stderr");
     }
 
     json snapshot(const std::string& arguments) {

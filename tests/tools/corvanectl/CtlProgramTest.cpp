@@ -9,30 +9,22 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 
 #include <nlohmann/json.hpp>
 
+#include "tests/support/ProgramRun.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using corvane::testing::ProgramRun;
+using corvane::testing::readAll;
+using corvane::testing::runCommand;
 
 const std::string ctl = CORVANE_CTL_PROGRAM;
-
-struct ProgramRun {
-    int status = -1;
-    std::string output;
-    std::string errors;
-};
-
-std::string readAll(std::istream&& stream) {
-    std::stringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
 
 /// Runs corvanectl and corvane-agent with a settings folder of this test's own.
 class CtlProgramTest : public ::testing::Test {
@@ -49,16 +41,7 @@ protected:
 
     /// Runs `command` in a shell.
     ProgramRun run(const std::string& command) {
-        FILE* pipe = ::popen((command + " 2>" + (configHome / "stderr").string()).c_str(), "r");
-        ProgramRun result;
-        char buffer[4096];
-        while (std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe)) {
-            result.output.append(buffer, count);
-        }
-        const int status = ::pclose(pipe);
-        result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        result.errors = readAll(std::ifstream(configHome / "stderr"));
-        return result;
+        return runCommand(command, configHome / "stderr");
     }
 
     /// Waits until a match rule on the session bus contains `fragment`: a subscription is in
@@ -128,7 +111,7 @@ TEST_F(CtlProgramTest, StoredSettingsKeepTheirTypesAndChangeTheAgentsPlan) {
 
     ASSERT_EQ(run(ctl + " set refreshInterval 2").status, 0);
     ASSERT_EQ(run(ctl + " set language 2 --string").status, 0);
-    EXPECT_EQ(json::parse(readAll(std::ifstream(settingsFile()))),
+    EXPECT_EQ(json::parse(readAll(settingsFile())),
               json::parse(R"({"sensorsReadout": "off", "showCPUItem": false,
                               "refreshInterval": 2.0, "language": "2"})"));
     EXPECT_EQ(run(ctl + " get refreshInterval").output, "2\n");
@@ -153,7 +136,7 @@ TEST_F(CtlProgramTest, RefusesWithOneLineAndStatusTwoWritingNothing) {
         EXPECT_TRUE(result.errors.starts_with("corvanectl: ")) << result.errors;
         EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
     }
-    EXPECT_EQ(readAll(std::ifstream(settingsFile())), "{not json");
+    EXPECT_EQ(readAll(settingsFile()), "{not json");
     EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
 }
 
