@@ -114,7 +114,7 @@ void SystemMonitor::refresh() {
     // and one memory read serves the memory and the swap figures.
     services.statistics->readCPULoad(cpuSample);
     readCPUUsage(cpuSample.host);
-    readCoreUsage(cpuSample.processors);
+    readCoreUsage(cpuSample);
     const MemorySample memory = services.statistics->readMemory();
     readMemory(memory.vm, elapsed);
     readLoadAverages();
@@ -171,9 +171,14 @@ void SystemMonitor::readCPUUsage(const std::optional<HostCPULoad>& host) {
     observers.announceChanges();
 }
 
-void SystemMonitor::readCoreUsage(const std::vector<ProcessorLoad>& processors) {
+void SystemMonitor::readCoreUsage(const CPULoadSample& sample) {
+    const std::vector<ProcessorLoad>& processors = sample.processors;
     if (processors.empty()) {
         return;
+    }
+    if (fastCores.size() != processors.size() || fastCoresNumbers != sample.processorNumbers) {
+        fastCoresNumbers = sample.processorNumbers;
+        fastCores = performanceCoreMask(services.coreTiers, fastCoresNumbers, processors.size());
     }
     coreTicksScratch.clear();
     std::transform(processors.begin(), processors.end(), std::back_inserter(coreTicksScratch),
@@ -325,12 +330,11 @@ bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeB
     return true;
 }
 
-void SystemMonitor::settleTemperatures(const SamplingPlan& plan,
-                                       std::function<void()> completion) {
+void SystemMonitor::settleTemperatures(const SamplingPlan& plan, std::function<void()> completion) {
     // A running pass that already reads what the plan needs is awaited, not doubled.
-    const bool runningPassCovers =
-        temperatureRefreshTask.isRunning() && temperatureRefreshCoverage.scope >= plan.smcScope &&
-        (temperatureRefreshCoverage.battery || !plan.samplesBattery);
+    const bool runningPassCovers = temperatureRefreshTask.isRunning() &&
+                                   temperatureRefreshCoverage.scope >= plan.smcScope &&
+                                   (temperatureRefreshCoverage.battery || !plan.samplesBattery);
     if (runningPassCovers) {
         temperatureRefreshTask.whenFinished(std::move(completion));
         return;

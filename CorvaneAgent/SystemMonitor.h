@@ -119,6 +119,7 @@ public:
     double cpuUsage() const override { return published.cpuUsage; }
     const std::vector<double>& coreUsages() const override { return published.coreUsages; }
     int performanceCoreCount() const override { return published.performanceCoreCount; }
+    const std::vector<bool>& performanceCores() const override { return fastCores; }
     const std::vector<double>& cpuHistory() const override { return published.cpuHistory; }
     std::optional<double> cpuTemperature() const override { return published.cpuTemperature; }
     std::optional<double> gpuTemperature() const override { return published.gpuTemperature; }
@@ -142,7 +143,7 @@ private:
     void handleDisplayEvent(DisplayEvent event);
 
     void readCPUUsage(const std::optional<HostCPULoad>& host);
-    void readCoreUsage(const std::vector<ProcessorLoad>& processors);
+    void readCoreUsage(const CPULoadSample& sample);
     void readMemory(const std::optional<VMStatistics>& vm, double elapsed);
     void readLoadAverages();
     void readSwap(const std::optional<SwapUsage>& swap);
@@ -181,6 +182,9 @@ private:
     bool loadHistoryInitialized = false;
     CPULoadSample cpuSample;
     std::vector<CoreTicks> coreTicksScratch;
+    /// The CPU numbers `fastCores` was worked out for; it changes only when CPUs go on or off.
+    std::vector<std::uint32_t> fastCoresNumbers;
+    std::vector<bool> fastCores;
 
     std::unique_ptr<Timer> timer;
     Subscription displaySubscription;

@@ -6,6 +6,7 @@
 
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
+#include "Platform/Linux/CpuTopology.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
 #include "tests/support/ManualScheduler.h"
 
@@ -42,6 +43,24 @@ TEST(MonitorOnFixtures, CountersThatWrapOrGoBackwardsBetweenRefreshes) {
     ASSERT_EQ(monitor->fields().coreUsages.size(), 2u);
     EXPECT_NEAR(monitor->fields().coreUsages[0], 1.0 - 5010.0 / 5660.0, 1e-12);
     EXPECT_EQ(monitor->fields().coreUsages[1], 0.0);
+}
+
+TEST(MonitorOnFixtures, BigCoresOfAnArmBoardAreItsHighNumberedCPUs) {
+    // cpu0-3 are the little cores, cpu4-6 the big ones; cpu7 (big) is offline, so /proc/stat
+    // has seven lines and the tiers count three big cores.
+    const fs::path tree = fs::path(CORVANE_FIXTURES) / "arm-biglittle-board";
+    testing::ManualScheduler scheduler;
+    InMemorySettingsStore settings;
+    auto monitor = SystemMonitor::create({
+        .settings = settings,
+        .runtime = scheduler.runtime(),
+        .statistics = std::make_unique<LinuxSystemStatistics>(tree / "proc", tree / "sys"),
+        .coreTiers = coreTiersFrom(readPerformanceLevels(tree / "sys")),
+    });
+    monitor->start();
+    EXPECT_EQ(monitor->performanceCoreCount(), 3);
+    EXPECT_EQ(monitor->performanceCores(),
+              (std::vector<bool>{false, false, false, false, true, true, true}));
 }
 
 }  // namespace

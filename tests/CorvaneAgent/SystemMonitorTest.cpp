@@ -83,11 +83,13 @@ protected:
             .storage = storage,
             .gpu = std::move(gpu),
             .sensors = sensors,
-            .battery = [this] {
-                ++batteryReads;
-                return std::optional(BatteryInfo{.chargePercent = 80});
-            },
+            .battery =
+                [this] {
+                    ++batteryReads;
+                    return std::optional(BatteryInfo{.chargePercent = 80});
+                },
             .displayState = std::move(display),
+            .coreTiers = tiers,
         };
         auto monitor = SystemMonitor::create(std::move(services));
         for (MonitorSection section : open) {
@@ -107,6 +109,7 @@ protected:
     std::shared_ptr<FakeProcesses> processes;
     std::unique_ptr<FakeGPU> gpu;
     int batteryReads = 0;
+    std::vector<CoreTier> tiers;
     std::shared_ptr<std::function<void(DisplayEvent)>> displayHandler;
 };
 
@@ -146,6 +149,22 @@ TEST_F(SystemMonitorTest, ChangedCpuCountShowsZerosForOneRefresh) {
     readings.processors = {{30, 0, 10, 0}};
     scheduler.advance(1.0);
     EXPECT_EQ(monitor->fields().coreUsages, std::vector<double>{1.0});
+}
+
+TEST_F(SystemMonitorTest, PerformanceCoresFollowTheCPUNumbersAsCPUsGoOffline) {
+    // The big cores of a big.LITTLE board are its high-numbered CPUs.
+    tiers = {{"Performance", 3, {4, 5, 6}}, {"Efficiency", 4, {0, 1, 2, 3}}};
+    readings.processors = std::vector<ProcessorLoad>(7);
+    readings.processorNumbers = {0, 1, 2, 3, 4, 5, 6};
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->performanceCores(),
+              (std::vector<bool>{false, false, false, false, true, true, true}));
+
+    readings.processors = std::vector<ProcessorLoad>(6);
+    readings.processorNumbers = {0, 1, 3, 4, 5, 6};  // cpu2 went offline
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->performanceCores(),
+              (std::vector<bool>{false, false, false, true, true, true}));
 }
 
 TEST_F(SystemMonitorTest, PagingRatesUseTheClampedElapsedTime) {
@@ -459,13 +478,12 @@ TEST_F(SystemMonitorTest, SensorPassGroupsReadingsByCategory) {
     sensors = std::make_shared<FakeSensors>();
     auto monitor = makeMonitor();
     int cpuTemperatureChanges = 0;
-    auto token =
-        monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
+    auto token = monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
     scheduler.settle();
     // Other readings stay out of the groups; the hottest reading of a category stands for it.
-    EXPECT_EQ(monitor->fields().sensorGroups,
-              (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5},
-                                        {SensorCategory::battery, 31.0}}));
+    EXPECT_EQ(
+        monitor->fields().sensorGroups,
+        (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5}, {SensorCategory::battery, 31.0}}));
     EXPECT_EQ(monitor->cpuTemperature(), 61.5);
     EXPECT_EQ(monitor->gpuTemperature(), std::nullopt);
     EXPECT_EQ(monitor->hottestCelsius(), 61.5);
@@ -496,8 +514,8 @@ TEST_F(SystemMonitorTest, RunningPassThatCoversThePlanIsAwaitedNotDoubled) {
     EXPECT_FALSE(sensorsReady);
     scheduler.settle();
     EXPECT_TRUE(sensorsReady);
-    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{
-                                   SamplingPlan::SMCScope::menuBar, SamplingPlan::SMCScope::full}));
+    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{SamplingPlan::SMCScope::menuBar,
+                                                                    SamplingPlan::SMCScope::full}));
     EXPECT_EQ(batteryReads, 1);
 }
 
