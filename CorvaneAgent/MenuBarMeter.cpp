@@ -1,0 +1,231 @@
+#include "CorvaneAgent/MenuBarMeter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "CorvaneShared/MeterSettings.h"
+#include "CorvaneShared/MeterTexts.h"
+
+namespace corvane {
+
+namespace {
+
+// The stacked letters of each label. They stand for the number beside them, so the sensors
+// meter's follow its readout. The storage panel is titled "SSD", and its meter matches.
+std::string_view lettersFor(MonitorSection section, SensorsReadout sensorsReadout) {
+    switch (section) {
+        case MonitorSection::cpu: return "CPU";
+        case MonitorSection::memory: return "MEM";
+        case MonitorSection::storage: return "SSD";
+        case MonitorSection::sensors: break;
+    }
+    switch (sensorsReadout) {
+        case SensorsReadout::off: return "SEN";
+        case SensorsReadout::power: return "PWR";
+        case SensorsReadout::hottest: return "TMP";
+        case SensorsReadout::gpu: return "GPU";
+        case SensorsReadout::fan: return "FAN";
+    }
+    return {};
+}
+
+std::string orUnavailable(const std::optional<std::string>& text) {
+    return text ? *text : std::string(MeterTexts::unavailable);
+}
+
+std::string degreesText(std::optional<double> celsius, const MeterSources& sources) {
+    if (!celsius || !std::isfinite(*celsius)) {
+        return std::string(MeterTexts::unavailable);
+    }
+    return Units::degrees(*celsius, sources.units);
+}
+
+std::string wattsText(std::optional<double> watts, const MeterSources& sources) {
+    if (!watts) {
+        return std::string(MeterTexts::unavailable);
+    }
+    return orUnavailable(MeterTexts::watts(*watts, Units::displayLocale(sources.units)));
+}
+
+std::string bytesText(double bytes, const MeterSources& sources) {
+    return orUnavailable(MeterTexts::bytes(bytes, Units::displayLocale(sources.units)));
+}
+
+std::string percent(const MenuBarReadings* readings, double (MenuBarReadings::*fraction)() const) {
+    return readings ? Units::percentText((readings->*fraction)())
+                    : std::string(MeterTexts::unavailable);
+}
+
+// Bar i shows core i; cores the model has not (yet) read stay empty.
+void describeBars(MeterContent& content, const MenuBarReadings* readings, int cores) {
+    content.levels.assign(static_cast<std::size_t>(std::max(1, cores)), 0);
+    content.fastCores.assign(content.levels.size(), false);
+    if (!readings) {
+        return;
+    }
+    const auto& usages = readings->coreUsages();
+    const auto& fast = readings->performanceCores();
+    for (std::size_t i = 0; i < content.levels.size() && i < usages.size(); ++i) {
+        content.levels[i] = graphLevel(MeterGraph::bars, usages[i]);
+        content.fastCores[i] = i < fast.size() && fast[i];
+    }
+}
+
+void describeCPU(MeterContent& content, const MenuBarReadings* readings,
+                 const MeterSources& sources) {
+    const SettingsStore& settings = sources.layout.settings;
+    switch (MeterSettings::style(settings)) {
+        case MeterStyle::bars:
+            content.graph = MeterGraph::bars;
+            describeBars(content, readings,
+                         sources.layout.totalCores ? sources.layout.totalCores() : 1);
+            content.fastAccent = MeterSettings::color(settings, MeterAccentSlot::cpuFastCore);
+            break;
+        case MeterStyle::wave:
+            content.graph = MeterGraph::wave;
+            if (readings) {
+                for (double usage : readings->cpuHistory()) {
+                    content.levels.push_back(graphLevel(MeterGraph::wave, usage));
+                }
+            }
+            break;
+        case MeterStyle::compact:
+            content.graph = MeterGraph::compact;
+            content.levels = {graphLevel(MeterGraph::compact, readings ? readings->cpuUsage() : 0)};
+            break;
+    }
+    content.accent = MeterSettings::color(settings, MeterAccentSlot::cpu);
+
+    // Not set reads as "temperature", as the layout and the sampling plan take it.
+    switch (MeterSettings::cpuReadout(settings).value_or(CPUReadout::temperature)) {
+        case CPUReadout::off: break;
+        case CPUReadout::usage: content.text = percent(readings, &MenuBarReadings::cpuUsage); break;
+        case CPUReadout::temperature:
+            content.text =
+                degreesText(readings ? readings->cpuTemperature() : std::nullopt, sources);
+            break;
+        case CPUReadout::power:
+            content.text = wattsText(readings ? readings->cpuWatts() : std::nullopt, sources);
+            break;
+    }
+}
+
+void describeFill(MeterContent& content, double fraction, MeterAccentSlot slot,
+                  const MeterSources& sources) {
+    content.graph = MeterGraph::fill;
+    content.levels = {graphLevel(MeterGraph::fill, fraction)};
+    content.accent = MeterSettings::color(sources.layout.settings, slot);
+}
+
+void describeMemory(MeterContent& content, const MenuBarReadings* readings,
+                    const MeterSources& sources) {
+    describeFill(content, readings ? readings->memoryUsage() : 0, MeterAccentSlot::memory, sources);
+    switch (MeterSettings::shownMemoryReadout(sources.layout.settings)) {
+        case MemoryReadout::off: break;
+        case MemoryReadout::usage:
+            content.text = percent(readings, &MenuBarReadings::memoryUsage);
+            break;
+        case MemoryReadout::pressure:
+            content.text = percent(readings, &MenuBarReadings::memoryPressure);
+            break;
+        case MemoryReadout::swap:
+            content.text = readings ? bytesText(static_cast<double>(readings->swapUsed()), sources)
+                                    : std::string(MeterTexts::unavailable);
+            break;
+    }
+}
+
+void describeStorage(MeterContent& content, const MenuBarReadings* readings,
+                     const MeterSources& sources) {
+    describeFill(content, readings ? readings->storageUsage() : 0, MeterAccentSlot::storage,
+                 sources);
+    switch (MeterSettings::shownStorageReadout(sources.layout.settings)) {
+        case StorageReadout::off: break;
+        case StorageReadout::usage:
+            content.text = percent(readings, &MenuBarReadings::storageUsage);
+            break;
+        case StorageReadout::free:
+            content.text =
+                readings ? bytesText(static_cast<double>(readings->availableStorage()), sources)
+                         : std::string(MeterTexts::unavailable);
+            break;
+    }
+}
+
+void describeSensors(MeterContent& content, const MenuBarReadings* readings, SensorsReadout readout,
+                     const MeterSources& sources) {
+    switch (readout) {
+        case SensorsReadout::off: break;
+        case SensorsReadout::power: {
+            // Most PCs measure only the processor package; its power is the best whole-machine
+            // figure they have.
+            std::optional<double> watts;
+            if (readings) {
+                watts = readings->systemWatts();
+                if (!watts) {
+                    watts = readings->cpuWatts();
+                }
+            }
+            content.text = wattsText(watts, sources);
+            break;
+        }
+        case SensorsReadout::hottest:
+            content.text =
+                degreesText(readings ? readings->hottestCelsius() : std::nullopt, sources);
+            break;
+        case SensorsReadout::gpu:
+            content.text =
+                degreesText(readings ? readings->gpuTemperature() : std::nullopt, sources);
+            break;
+        case SensorsReadout::fan: {
+            const auto rpm = readings ? readings->fastestFanRPM() : std::nullopt;
+            content.text = rpm ? orUnavailable(MeterTexts::revolutions(
+                                     *rpm, Units::displayLocale(sources.units)))
+                               : std::string(MeterTexts::unavailable);
+            break;
+        }
+    }
+}
+
+}  // namespace
+
+MeterContent meterContent(MonitorSection section, const MenuBarReadings* readings,
+                          const MeterSources& sources) {
+    const SettingsStore& settings = sources.layout.settings;
+    MeterContent content;
+    content.section = section;
+    content.palette = sources.palette ? sources.palette() : MeterPalette::lightOnDark;
+    content.shape = MeterSettings::shape(settings);
+    content.columns = MeterLayout::columns(sources.layout, section);
+
+    const SensorsReadout sensorsReadout =
+        section == MonitorSection::sensors
+            ? MeterSettings::sensorsReadout(settings).value_or(SensorsReadout::power)
+            : SensorsReadout::off;
+    const bool letters = MeterSettings::labelStyle(settings, section) == MeterLabelStyle::letters;
+    if (letters) {
+        content.letters = lettersFor(section, sensorsReadout);
+    }
+    // The sensors symbol stands beside the letters too; elsewhere the letters replace it.
+    if (!letters || section == MonitorSection::sensors) {
+        content.symbol = sectionIcon(section);
+    }
+
+    switch (section) {
+        case MonitorSection::cpu: describeCPU(content, readings, sources); break;
+        case MonitorSection::memory: describeMemory(content, readings, sources); break;
+        case MonitorSection::storage: describeStorage(content, readings, sources); break;
+        case MonitorSection::sensors:
+            describeSensors(content, readings, sensorsReadout, sources);
+            break;
+    }
+    return content;
+}
+
+std::string drawSignature(MonitorSection section, const MenuBarReadings* readings,
+                          const MeterSources& sources) {
+    return drawSignature(meterContent(section, readings, sources));
+}
+
+}  // namespace corvane
