@@ -72,10 +72,13 @@ void describeBars(MeterContent& content, const MenuBarReadings* readings, int co
     }
 }
 
+// Each describe function reads the settings its meter needs once, and notes the ones the
+// layout needs too in `choices`.
 void describeCPU(MeterContent& content, const MenuBarReadings* readings,
-                 const MeterSources& sources) {
+                 const MeterSources& sources, MeterLayoutChoices& choices) {
     const SettingsStore& settings = sources.layout.settings;
-    switch (MeterSettings::style(settings)) {
+    choices.style = MeterSettings::style(settings);
+    switch (choices.style) {
         case MeterStyle::bars:
             content.graph = MeterGraph::bars;
             describeBars(content, readings,
@@ -97,8 +100,9 @@ void describeCPU(MeterContent& content, const MenuBarReadings* readings,
     }
     content.accent = MeterSettings::color(settings, MeterAccentSlot::cpu);
 
-    // Not set reads as "temperature", as the layout and the sampling plan take it.
-    switch (MeterSettings::cpuReadout(settings).value_or(CPUReadout::temperature)) {
+    const CPUReadout readout = MeterSettings::shownCPUReadout(settings);
+    choices.readoutWidth = textWidth(readout);
+    switch (readout) {
         case CPUReadout::off: break;
         case CPUReadout::usage: content.text = percent(readings, &MenuBarReadings::cpuUsage); break;
         case CPUReadout::temperature:
@@ -119,9 +123,11 @@ void describeFill(MeterContent& content, double fraction, MeterAccentSlot slot,
 }
 
 void describeMemory(MeterContent& content, const MenuBarReadings* readings,
-                    const MeterSources& sources) {
+                    const MeterSources& sources, MeterLayoutChoices& choices) {
     describeFill(content, readings ? readings->memoryUsage() : 0, MeterAccentSlot::memory, sources);
-    switch (MeterSettings::shownMemoryReadout(sources.layout.settings)) {
+    const MemoryReadout readout = MeterSettings::shownMemoryReadout(sources.layout.settings);
+    choices.readoutWidth = textWidth(readout);
+    switch (readout) {
         case MemoryReadout::off: break;
         case MemoryReadout::usage:
             content.text = percent(readings, &MenuBarReadings::memoryUsage);
@@ -137,10 +143,12 @@ void describeMemory(MeterContent& content, const MenuBarReadings* readings,
 }
 
 void describeStorage(MeterContent& content, const MenuBarReadings* readings,
-                     const MeterSources& sources) {
+                     const MeterSources& sources, MeterLayoutChoices& choices) {
     describeFill(content, readings ? readings->storageUsage() : 0, MeterAccentSlot::storage,
                  sources);
-    switch (MeterSettings::shownStorageReadout(sources.layout.settings)) {
+    const StorageReadout readout = MeterSettings::shownStorageReadout(sources.layout.settings);
+    choices.readoutWidth = textWidth(readout);
+    switch (readout) {
         case StorageReadout::off: break;
         case StorageReadout::usage:
             content.text = percent(readings, &MenuBarReadings::storageUsage);
@@ -197,13 +205,12 @@ MeterContent meterContent(MonitorSection section, const MenuBarReadings* reading
     content.section = section;
     content.palette = sources.palette ? sources.palette() : MeterPalette::lightOnDark;
     content.shape = MeterSettings::shape(settings);
-    content.columns = MeterLayout::columns(sources.layout, section);
 
-    const SensorsReadout sensorsReadout =
-        section == MonitorSection::sensors
-            ? MeterSettings::sensorsReadout(settings).value_or(SensorsReadout::power)
-            : SensorsReadout::off;
-    const bool letters = MeterSettings::labelStyle(settings, section) == MeterLabelStyle::letters;
+    MeterLayoutChoices choices{.labelStyle = MeterSettings::labelStyle(settings, section)};
+    const SensorsReadout sensorsReadout = section == MonitorSection::sensors
+                                              ? MeterSettings::shownSensorsReadout(settings)
+                                              : SensorsReadout::off;
+    const bool letters = choices.labelStyle == MeterLabelStyle::letters;
     if (letters) {
         content.letters = lettersFor(section, sensorsReadout);
     }
@@ -213,13 +220,15 @@ MeterContent meterContent(MonitorSection section, const MenuBarReadings* reading
     }
 
     switch (section) {
-        case MonitorSection::cpu: describeCPU(content, readings, sources); break;
-        case MonitorSection::memory: describeMemory(content, readings, sources); break;
-        case MonitorSection::storage: describeStorage(content, readings, sources); break;
+        case MonitorSection::cpu: describeCPU(content, readings, sources, choices); break;
+        case MonitorSection::memory: describeMemory(content, readings, sources, choices); break;
+        case MonitorSection::storage: describeStorage(content, readings, sources, choices); break;
         case MonitorSection::sensors:
             describeSensors(content, readings, sensorsReadout, sources);
+            choices.readoutWidth = textWidth(sensorsReadout);
             break;
     }
+    content.columns = MeterLayout::columns(sources.layout, section, choices);
     return content;
 }
 

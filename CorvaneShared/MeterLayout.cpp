@@ -41,19 +41,28 @@ double placeText(MeterColumns& parts, double x, double textWidth, double gap) {
     return parts.textX + textWidth;
 }
 
-double readoutTextWidth(const MeterLayoutSources& sources, MonitorSection section) {
-    const SettingsStore& settings = sources.settings;
+double readoutTextWidth(const SettingsStore& settings, MonitorSection section) {
     switch (section) {
-        case MonitorSection::cpu:
-            return textWidth(MeterSettings::cpuReadout(settings).value_or(CPUReadout::temperature));
+        case MonitorSection::cpu: return textWidth(MeterSettings::shownCPUReadout(settings));
         case MonitorSection::memory: return textWidth(MeterSettings::shownMemoryReadout(settings));
         case MonitorSection::storage:
             return textWidth(MeterSettings::shownStorageReadout(settings));
         case MonitorSection::sensors:
-            return textWidth(
-                MeterSettings::sensorsReadout(settings).value_or(SensorsReadout::power));
+            return textWidth(MeterSettings::shownSensorsReadout(settings));
     }
     return 0;
+}
+
+double graphWidth(MeterStyle style, int totalCores) {
+    if (style != MeterStyle::bars) {
+        return waveCompactWidth;
+    }
+    const double cores = std::max(1, totalCores);
+    return (cores - 1) * barGap + (barWidth * cores + 2 * graphInset);
+}
+
+int coresOf(const MeterLayoutSources& sources) {
+    return sources.totalCores ? sources.totalCores() : 1;
 }
 
 }  // namespace
@@ -71,38 +80,45 @@ SymbolSize iconSize(const MeterLayoutSources& sources, MonitorSection section) {
 }
 
 double cpuReadoutWidth(const MeterLayoutSources& sources) {
-    const double text = readoutTextWidth(sources, MonitorSection::cpu);
+    const double text = readoutTextWidth(sources.settings, MonitorSection::cpu);
     return text > 0 ? text + meterSideGap(sources, MonitorSection::cpu) : 0;
 }
 
 double cpuGraphWidth(const MeterLayoutSources& sources) {
-    if (MeterSettings::style(sources.settings) != MeterStyle::bars) {
-        return waveCompactWidth;
-    }
-    const double cores = std::max(1, sources.totalCores ? sources.totalCores() : 1);
-    return (cores - 1) * barGap + (barWidth * cores + 2 * graphInset);
+    return graphWidth(MeterSettings::style(sources.settings), coresOf(sources));
+}
+
+MeterLayoutChoices layoutChoices(const MeterLayoutSources& sources, MonitorSection section) {
+    const SettingsStore& settings = sources.settings;
+    return {
+        .labelStyle = MeterSettings::labelStyle(settings, section),
+        .style = section == MonitorSection::cpu ? MeterSettings::style(settings) : MeterStyle::bars,
+        .readoutWidth = readoutTextWidth(settings, section),
+    };
 }
 
 MeterColumns columns(const MeterLayoutSources& sources, MonitorSection section) {
+    return columns(sources, section, layoutChoices(sources, section));
+}
+
+MeterColumns columns(const MeterLayoutSources& sources, MonitorSection section,
+                     const MeterLayoutChoices& choices) {
     MeterColumns parts;
-    // Read once: the label style decides both the label column and the gaps.
-    const bool letters = usesLetters(sources, section);
+    const bool letters = choices.labelStyle == MeterLabelStyle::letters;
     const double gap = sideGap(letters);
     parts.labelWidth = labelColumnWidth(sources, section, letters);
     double x = parts.labelWidth + labelGap;
     switch (section) {
         case MonitorSection::cpu:
             parts.graphX = x + gap;
-            parts.graphWidth = cpuGraphWidth(sources);
-            x = placeText(parts, parts.graphX + parts.graphWidth,
-                          readoutTextWidth(sources, section), gap);
+            parts.graphWidth = graphWidth(choices.style, coresOf(sources));
+            x = placeText(parts, parts.graphX + parts.graphWidth, choices.readoutWidth, gap);
             break;
         case MonitorSection::memory:
         case MonitorSection::storage:
             parts.graphX = x + gap;
             parts.graphWidth = fillBarWidth + fillBarStrokeAllowance;
-            x = placeText(parts, parts.graphX + parts.graphWidth,
-                          readoutTextWidth(sources, section), gap);
+            x = placeText(parts, parts.graphX + parts.graphWidth, choices.readoutWidth, gap);
             break;
         case MonitorSection::sensors:
             // With letters the sensor symbol still stands, after the letters.
@@ -111,7 +127,7 @@ MeterColumns columns(const MeterLayoutSources& sources, MonitorSection section) 
                 parts.symbolWidth = symbolSize(sources, sectionIcon(section)).width;
                 x = parts.symbolX + parts.symbolWidth;
             }
-            x = placeText(parts, x, readoutTextWidth(sources, section), gap);
+            x = placeText(parts, x, choices.readoutWidth, gap);
             break;
     }
     parts.width = x + trailingGap;

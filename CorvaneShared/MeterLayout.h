@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "CorvaneShared/MeterAccent.h"
+#include "CorvaneShared/MeterAppearance.h"
 #include "CorvaneShared/MonitorSection.h"
 #include "CorvaneShared/SettingsStore.h"
 
@@ -58,6 +59,16 @@ struct MeterColumns {
     friend bool operator==(const MeterColumns&, const MeterColumns&) = default;
 };
 
+/// The settings a meter's widths depend on, read once so that a caller that needs them for
+/// its own purposes too reads each setting only once.
+struct MeterLayoutChoices {
+    MeterLabelStyle labelStyle = MeterLabelStyle::icons;
+    /// The CPU graph's style; the other sections have no choice of graph.
+    MeterStyle style = MeterStyle::bars;
+    /// The readout's text column (`textWidth` of the readout in force); 0 when it is off.
+    double readoutWidth = 0;
+};
+
 /// The width contract between the menu-bar meters and the status bar: the label column, the
 /// gaps, the readout columns and the item widths, for the settings in force at each call.
 /// Main thread only (the symbol catalog is).
@@ -104,8 +115,15 @@ double cpuReadoutWidth(const MeterLayoutSources& sources);
 /// The CPU graph's width: 46 for "wave" and "compact"; for "bars" and unknown styles one
 /// 4.9-point bar per core, 1 point apart, inside the graph inset (at least one core).
 double cpuGraphWidth(const MeterLayoutSources& sources);
+/// The section's layout settings in force: its label style, graph style and readout (the
+/// CPU readout not set is "temperature", the sensors one "power"; memory and storage follow the
+/// legacy percent switch).
+MeterLayoutChoices layoutChoices(const MeterLayoutSources& sources, MonitorSection section);
 /// Every part of the section's meter; `width` is the item width.
 MeterColumns columns(const MeterLayoutSources& sources, MonitorSection section);
+/// The same for choices already read.
+MeterColumns columns(const MeterLayoutSources& sources, MonitorSection section,
+                     const MeterLayoutChoices& choices);
 /// The status-item length for the section: `columns(...).width`. A memory or storage meter
 /// whose readout is off is its label and bar plus one point, like every meter's last point of
 /// air, so its outline never touches the next item.
