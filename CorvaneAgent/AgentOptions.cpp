@@ -103,7 +103,8 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     while (!reader.atEnd()) {
         const std::string_view flag = reader.nextFlag();
         const bool takesValue = flag == "--refreshes" || flag == "--interval" || flag == "--open" ||
-                                flag == "--procfs" || flag == "--sysfs" || flag == "--smc-table";
+                                flag == "--procfs" || flag == "--sysfs" || flag == "--smc-table" ||
+                                flag == "--render";
         if (reader.hasInlineValue() && !takesValue) {
             return ArgumentError{std::string(flag) + " takes no value"};
         }
@@ -150,6 +151,14 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
                 return badValue(flag, *value, "one of cpu, memory, storage, sensors");
             }
             options.openSections.push_back(*section);
+        } else if (flag == "--render") {
+            if (!value || value->empty()) {
+                return missingValue(flag, "a directory");
+            }
+            if (auto error = setMode(AgentOptions::Mode::render, flag)) {
+                return *error;
+            }
+            options.renderDirectory = std::filesystem::path(*value);
         } else if (flag == "--smc-table") {
             if (!value || value->empty()) {
                 return missingValue(flag, "a file");
@@ -167,10 +176,11 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
         }
     }
 
-    const bool headless =
-        options.mode == AgentOptions::Mode::snapshot || options.mode == AgentOptions::Mode::stream;
+    const bool headless = options.mode == AgentOptions::Mode::snapshot ||
+                          options.mode == AgentOptions::Mode::stream ||
+                          options.mode == AgentOptions::Mode::render;
     if (!headless && (options.refreshes || options.interval)) {
-        return ArgumentError{"--refreshes and --interval need --snapshot or --stream"};
+        return ArgumentError{"--refreshes and --interval need --snapshot, --stream or --render"};
     }
     return options;
 }
@@ -178,14 +188,19 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
 std::string agentUsage() {
     return R"(Usage: corvane-agent [options]
 
-Without --snapshot or --stream, runs the menu-bar agent.
+Without --snapshot, --stream or --render, runs the menu-bar agent.
 
 Options:
   --snapshot           take --refreshes samples, wait for the background work they
                        started, print one JSON object of every reading, and exit
   --stream             print one JSON line per refresh until interrupted
                        (or until --refreshes samples, when given)
-  --refreshes N        how many refreshes (default for --snapshot: 2)
+  --render DIR         sample as --snapshot does, then draw every shown meter
+                       into DIR (created when missing): meter-SECTION.png on a
+                       dark menu bar and meter-SECTION-light.png on a light one,
+                       at 2 pixels per point, and layout.json with each meter's
+                       widths, draw signature and image size; needs no display
+  --refreshes N        how many refreshes (default for --snapshot and --render: 2)
   --interval S         seconds between refreshes, 0.01 to 3600
                        (default: the "refreshInterval" setting, 1 second)
   --open SECTION       sample as if SECTION's panel were open: cpu, memory,

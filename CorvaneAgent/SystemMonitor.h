@@ -114,6 +114,12 @@ public:
     std::int64_t refreshCount() const { return refreshes; }
     /// The thermal state in words, in the interface language.
     std::string thermalStateLabel() const;
+    /// The processor's CPUs: the tiers' sum, else the CPUs the last sample read (none before
+    /// the first). The CPU meter gives each its own bar.
+    int totalCores() const {
+        return corvane::totalCores(services.coreTiers,
+                                   static_cast<int>(published.coreUsages.size()));
+    }
 
     // MenuBarReadings
     double cpuUsage() const override { return published.cpuUsage; }

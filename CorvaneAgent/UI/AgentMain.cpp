@@ -8,6 +8,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/UI/HeadlessSession.h"
+#include "CorvaneAgent/UI/RenderSession.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
 #include "Platform/Linux/ExecutablePath.h"
@@ -29,7 +30,8 @@ int main(int argc, char** argv) {
                          "use --snapshot or --stream (see --help)\n";
             return 1;
         case AgentOptions::Mode::snapshot:
-        case AgentOptions::Mode::stream: break;
+        case AgentOptions::Mode::stream:
+        case AgentOptions::Mode::render: break;
     }
     // Before the application object exists, since Qt reads the process's languages then.
     const auto executable = corvane::currentExecutablePath();
@@ -43,6 +45,9 @@ int main(int argc, char** argv) {
     language.recordLaunchCode();
     language.applyChoiceToProcessDefaults();
 
+    if (options.mode == AgentOptions::Mode::render) {
+        return corvane::runRender(argc, argv, options, language);
+    }
     QCoreApplication application(argc, argv);
     return corvane::runHeadless(options, language);
 }
