@@ -18,6 +18,7 @@
 #include "CorvaneShared/UI/StatusMetricView.h"
 #include "CorvaneShared/UI/SvgSymbols.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
+#include "bench/BenchRuntime.h"
 
 namespace corvane {
 namespace {
@@ -33,20 +34,8 @@ void ensureGuiApplication() {
     }
 }
 
-/// A monitor refreshed twice on the real /proc, so every meter has readings to show.
-class BenchRuntime final : public Clock, public TimerFactory, public MainQueue, public TaskRunner {
-public:
-    Runtime runtime() { return {*this, *this, *this, *this}; }
-    TimePoint now() const override { return std::chrono::steady_clock::now(); }
-    std::unique_ptr<Timer> startRepeating(double, double, std::function<void()>) override {
-        return nullptr;
-    }
-    void post(std::function<void()>) override {}
-    void run(std::function<void()>) override {}
-};
-
-/// The agent's situation: factory defaults, migrated accents, a settings file that is read
-/// afresh on every call, and the model's readings.
+/// The agent's situation: factory defaults, migrated accents, settings read afresh on every
+/// call, and a monitor refreshed twice on the real /proc, so every meter has readings to show.
 struct MeterFixture {
     explicit MeterFixture(SettingsStore& settings)
         : monitor(SystemMonitor::create({
