@@ -34,27 +34,45 @@ std::string orUnavailable(const std::optional<std::string>& text) {
     return text ? *text : std::string(MeterTexts::unavailable);
 }
 
-std::string degreesText(std::optional<double> celsius, const MeterSources& sources) {
-    if (!celsius || !std::isfinite(*celsius)) {
-        return std::string(MeterTexts::unavailable);
-    }
-    return Units::degrees(*celsius, sources.units);
+// Each show function sets the readout and its template: the widest text of its ordinary
+// range, by which the drawing sizes it.
+constexpr double templateValue = 888;
+
+void showPercent(MeterContent& content, const MenuBarReadings* readings,
+                 double (MenuBarReadings::*fraction)() const) {
+    content.text = readings ? Units::percentText((readings->*fraction)())
+                            : std::string(MeterTexts::unavailable);
+    content.textTemplate = Units::percentText(1);
 }
 
-std::string wattsText(std::optional<double> watts, const MeterSources& sources) {
-    if (!watts) {
-        return std::string(MeterTexts::unavailable);
-    }
-    return orUnavailable(MeterTexts::watts(*watts, Units::displayLocale(sources.units)));
+void showDegrees(MeterContent& content, std::optional<double> celsius,
+                 const MeterSources& sources) {
+    content.text = celsius && std::isfinite(*celsius) ? Units::degrees(*celsius, sources.units)
+                                                      : std::string(MeterTexts::unavailable);
+    content.textTemplate = Units::degreesText(templateValue);
 }
 
-std::string bytesText(double bytes, const MeterSources& sources) {
-    return orUnavailable(MeterTexts::bytes(bytes, Units::displayLocale(sources.units)));
+void showWatts(MeterContent& content, std::optional<double> watts, const MeterSources& sources) {
+    const std::string locale = Units::displayLocale(sources.units);
+    content.text = watts ? orUnavailable(MeterTexts::watts(*watts, locale))
+                         : std::string(MeterTexts::unavailable);
+    content.textTemplate = MeterTexts::watts(templateValue, locale).value_or("");
 }
 
-std::string percent(const MenuBarReadings* readings, double (MenuBarReadings::*fraction)() const) {
-    return readings ? Units::percentText((readings->*fraction)())
-                    : std::string(MeterTexts::unavailable);
+void showBytes(MeterContent& content, std::optional<double> bytes, const MeterSources& sources) {
+    const std::string locale = Units::displayLocale(sources.units);
+    content.text = bytes ? orUnavailable(MeterTexts::bytes(*bytes, locale))
+                         : std::string(MeterTexts::unavailable);
+    // Megabytes: the widest of the units.
+    content.textTemplate = MeterTexts::bytes(templateValue * 1e6, locale).value_or("");
+}
+
+void showRevolutions(MeterContent& content, std::optional<double> rpm,
+                     const MeterSources& sources) {
+    const std::string locale = Units::displayLocale(sources.units);
+    content.text = rpm ? orUnavailable(MeterTexts::revolutions(*rpm, locale))
+                       : std::string(MeterTexts::unavailable);
+    content.textTemplate = MeterTexts::revolutions(templateValue * 10 + 8, locale).value_or("");
 }
 
 // Bar i shows core i; cores the model has not (yet) read stay empty.
@@ -104,13 +122,12 @@ void describeCPU(MeterContent& content, const MenuBarReadings* readings,
     choices.readoutWidth = textWidth(readout);
     switch (readout) {
         case CPUReadout::off: break;
-        case CPUReadout::usage: content.text = percent(readings, &MenuBarReadings::cpuUsage); break;
+        case CPUReadout::usage: showPercent(content, readings, &MenuBarReadings::cpuUsage); break;
         case CPUReadout::temperature:
-            content.text =
-                degreesText(readings ? readings->cpuTemperature() : std::nullopt, sources);
+            showDegrees(content, readings ? readings->cpuTemperature() : std::nullopt, sources);
             break;
         case CPUReadout::power:
-            content.text = wattsText(readings ? readings->cpuWatts() : std::nullopt, sources);
+            showWatts(content, readings ? readings->cpuWatts() : std::nullopt, sources);
             break;
     }
 }
@@ -130,14 +147,16 @@ void describeMemory(MeterContent& content, const MenuBarReadings* readings,
     switch (readout) {
         case MemoryReadout::off: break;
         case MemoryReadout::usage:
-            content.text = percent(readings, &MenuBarReadings::memoryUsage);
+            showPercent(content, readings, &MenuBarReadings::memoryUsage);
             break;
         case MemoryReadout::pressure:
-            content.text = percent(readings, &MenuBarReadings::memoryPressure);
+            showPercent(content, readings, &MenuBarReadings::memoryPressure);
             break;
         case MemoryReadout::swap:
-            content.text = readings ? bytesText(static_cast<double>(readings->swapUsed()), sources)
-                                    : std::string(MeterTexts::unavailable);
+            showBytes(
+                content,
+                readings ? std::optional(static_cast<double>(readings->swapUsed())) : std::nullopt,
+                sources);
             break;
     }
 }
@@ -151,12 +170,13 @@ void describeStorage(MeterContent& content, const MenuBarReadings* readings,
     switch (readout) {
         case StorageReadout::off: break;
         case StorageReadout::usage:
-            content.text = percent(readings, &MenuBarReadings::storageUsage);
+            showPercent(content, readings, &MenuBarReadings::storageUsage);
             break;
         case StorageReadout::free:
-            content.text =
-                readings ? bytesText(static_cast<double>(readings->availableStorage()), sources)
-                         : std::string(MeterTexts::unavailable);
+            showBytes(content,
+                      readings ? std::optional(static_cast<double>(readings->availableStorage()))
+                               : std::nullopt,
+                      sources);
             break;
     }
 }
@@ -175,24 +195,18 @@ void describeSensors(MeterContent& content, const MenuBarReadings* readings, Sen
                     watts = readings->cpuWatts();
                 }
             }
-            content.text = wattsText(watts, sources);
+            showWatts(content, watts, sources);
             break;
         }
         case SensorsReadout::hottest:
-            content.text =
-                degreesText(readings ? readings->hottestCelsius() : std::nullopt, sources);
+            showDegrees(content, readings ? readings->hottestCelsius() : std::nullopt, sources);
             break;
         case SensorsReadout::gpu:
-            content.text =
-                degreesText(readings ? readings->gpuTemperature() : std::nullopt, sources);
+            showDegrees(content, readings ? readings->gpuTemperature() : std::nullopt, sources);
             break;
-        case SensorsReadout::fan: {
-            const auto rpm = readings ? readings->fastestFanRPM() : std::nullopt;
-            content.text = rpm ? orUnavailable(MeterTexts::revolutions(
-                                     *rpm, Units::displayLocale(sources.units)))
-                               : std::string(MeterTexts::unavailable);
+        case SensorsReadout::fan:
+            showRevolutions(content, readings ? readings->fastestFanRPM() : std::nullopt, sources);
             break;
-        }
     }
 }
 

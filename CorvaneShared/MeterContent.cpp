@@ -105,7 +105,7 @@ std::uint8_t graphLevel(MeterGraph graph, double fraction) {
 
 std::string drawSignature(const MeterContent& content) {
     std::string out;
-    out.reserve(96 + content.levels.size() + content.text.size());
+    out.reserve(112 + content.levels.size() + content.text.size() + content.textTemplate.size());
     out += sectionKey(content.section);
     out += '|';
     out += graphName(content.graph);
@@ -125,6 +125,8 @@ std::string drawSignature(const MeterContent& content) {
     appendLevels(out, content);
     out += '|';
     out += content.text;
+    out += '|';
+    out += content.textTemplate;
     return out;
 }
 

@@ -58,6 +58,9 @@ struct MeterContent {
     SRGBColor fastAccent;
     /// The readout; "–" for a value that cannot be read; empty when the readout is off.
     std::string text;
+    /// The widest text of the readout's ordinary range ("100%", "888MB"): the drawing sizes the
+    /// readout by it, so that the size does not change with the value.
+    std::string textTemplate;
 
     friend bool operator==(const MeterContent&, const MeterContent&) = default;
 };

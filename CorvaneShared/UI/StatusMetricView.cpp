@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <utility>
 
 #include "CorvaneShared/MeterAppearance.h"
 #include "CorvaneShared/UI/SvgSymbols.h"
@@ -21,6 +23,10 @@ using namespace MeterLayout;
 
 constexpr int readoutPixelSize = 11;
 constexpr int smallestPixelSize = 6;
+// Readouts are set a little condensed: the columns are narrow, and desktop fonts are wider
+// than the ones they were measured for. Never narrower than the second value.
+constexpr int readoutStretch = 87;
+constexpr int narrowestStretch = 60;
 constexpr int letterPixelSize = 7;
 // Between the stacked letters, in points.
 constexpr qreal letterSpacing = 1.5;
@@ -217,33 +223,70 @@ void drawGraph(QPainter& painter, const MeterContent& content, const MeterColors
     StatusMetricView::strokeFrame(painter, box, content.shape, squareRadius, pill);
 }
 
-QFont meterFont(int pixelSize) {
+QFont meterFont(int pixelSize, int stretch = QFont::Unstretched) {
     QFont font = QGuiApplication::font();
     font.setPixelSize(pixelSize);
     font.setWeight(QFont::DemiBold);
+    font.setStretch(stretch);
     return font;
 }
 
-// The width of `text` with every digit in a cell as wide as the widest digit.
-qreal tabularWidth(const QString& text, const QFontMetricsF& metrics, qreal digitCell) {
-    qreal width = 0;
-    for (QChar c : text) {
-        width += c.isDigit() ? digitCell : metrics.horizontalAdvance(c);
+// A readout font with what laying out tabular digits needs, built once per size and stretch:
+// the meters redraw every second.
+struct ReadoutFace {
+    QFont font;
+    QFontMetricsF metrics;
+    // Every digit stands in a cell this wide, so a changing number never shifts the rest.
+    qreal digitCell = 0;
+
+    // The width of `text` with every digit in a digit cell.
+    qreal width(const QString& text) const {
+        qreal total = 0;
+        for (QChar c : text) {
+            total += c.isDigit() ? digitCell : metrics.horizontalAdvance(c);
+        }
+        return total;
     }
-    return width;
+};
+
+const ReadoutFace& readoutFace(int pixelSize, int stretch) {
+    static std::map<std::pair<int, int>, ReadoutFace> faces;
+    const auto key = std::pair(pixelSize, stretch);
+    auto found = faces.find(key);
+    if (found == faces.end()) {
+        const QFont font = meterFont(pixelSize, stretch);
+        ReadoutFace face{font, QFontMetricsF(font)};
+        for (char digit = '0'; digit <= '9'; ++digit) {
+            face.digitCell =
+                std::max(face.digitCell, face.metrics.horizontalAdvance(QLatin1Char(digit)));
+        }
+        found = faces.emplace(key, std::move(face)).first;
+    }
+    return found->second;
 }
 
-qreal widestDigit(const QFontMetricsF& metrics) {
-    qreal widest = 0;
-    for (char digit = '0'; digit <= '9'; ++digit) {
-        widest = std::max(widest, metrics.horizontalAdvance(QLatin1Char(digit)));
+// The face a readout is drawn in. Its width comes from the readout's template (its widest
+// ordinary text), not from the text of the moment, so the size stays put as the value
+// changes; a column too narrow for the template gets narrower letters, not smaller ones.
+// Only a text wider than its template (a value out of the ordinary) is made smaller still.
+const ReadoutFace& faceFor(const QString& text, const QString& widest, qreal columnWidth) {
+    int stretch = readoutStretch;
+    const ReadoutFace* face = &readoutFace(readoutPixelSize, stretch);
+    const qreal templateWidth = face->width(widest.isEmpty() ? text : widest);
+    if (templateWidth > columnWidth) {
+        stretch = std::max(narrowestStretch,
+                           static_cast<int>(std::floor(stretch * columnWidth / templateWidth)));
+        face = &readoutFace(readoutPixelSize, stretch);
     }
-    return widest;
+    for (int pixelSize = readoutPixelSize;
+         face->width(text) > columnWidth && pixelSize > smallestPixelSize;) {
+        face = &readoutFace(--pixelSize, stretch);
+    }
+    return *face;
 }
 
-// The readout, right-aligned in its column and centred on the item's height. The largest
-// size up to the readout size that fits the column is used; a text too wide even at the
-// smallest size is cut at the column's edge rather than drawn over the next item.
+// The readout, right-aligned in its column and centred on the item's height. A text too wide
+// even at the smallest size is cut at the column's edge rather than drawn over the next item.
 void drawReadout(QPainter& painter, const MeterContent& content, const MeterColors& colors,
                  const PixelGrid& grid) {
     if (content.text.empty() || content.columns.textWidth <= 0) {
@@ -251,31 +294,22 @@ void drawReadout(QPainter& painter, const MeterContent& content, const MeterColo
     }
     const QString text = QString::fromStdString(content.text);
     const qreal columnWidth = content.columns.textWidth;
-    int pixelSize = readoutPixelSize;
-    QFont font = meterFont(pixelSize);
-    QFontMetricsF metrics(font);
-    qreal digitCell = widestDigit(metrics);
-    qreal width = tabularWidth(text, metrics, digitCell);
-    while (width > columnWidth && pixelSize > smallestPixelSize) {
-        font = meterFont(--pixelSize);
-        metrics = QFontMetricsF(font);
-        digitCell = widestDigit(metrics);
-        width = tabularWidth(text, metrics, digitCell);
-    }
+    const ReadoutFace& face =
+        faceFor(text, QString::fromStdString(content.textTemplate), columnWidth);
     const qreal right = content.columns.textX + columnWidth;
-    const qreal baseline = grid.snap((itemHeight + metrics.capHeight()) / 2);
+    const qreal baseline = grid.snap((itemHeight + face.metrics.capHeight()) / 2);
 
     painter.save();
     painter.setClipRect(QRectF(content.columns.textX, 0, columnWidth, itemHeight),
                         Qt::IntersectClip);
-    painter.setFont(font);
+    painter.setFont(face.font);
     painter.setPen(colors.foreground);
-    qreal x = right - width;
+    qreal x = right - face.width(text);
     for (QChar c : text) {
-        const qreal advance = c.isDigit() ? digitCell : metrics.horizontalAdvance(c);
-        const qreal glyphX = c.isDigit() ? x + (digitCell - metrics.horizontalAdvance(c)) / 2 : x;
+        const qreal advance = face.metrics.horizontalAdvance(c);
+        const qreal glyphX = c.isDigit() ? x + (face.digitCell - advance) / 2 : x;
         painter.drawText(QPointF(grid.snap(glyphX), baseline), QString(c));
-        x += advance;
+        x += c.isDigit() ? face.digitCell : advance;
     }
     painter.restore();
 }

@@ -49,6 +49,7 @@ TEST(MeterContent, EveryDrawnDifferenceChangesTheSignature) {
         {"accent", [](MeterContent& c) { c.accent = MeterAccent::custom(0.2, 0.4, 0.6).color(); }},
         {"fast accent", [](MeterContent& c) { c.fastAccent = c.accent; }},
         {"readout text", [](MeterContent& c) { c.text = "53°"; }},
+        {"readout template", [](MeterContent& c) { c.textTemplate = "888MB"; }},
         {"text column", [](MeterContent& c) { c.columns.textWidth = 33, c.columns.width = 85; }},
         {"label column", [](MeterContent& c) { c.columns.labelWidth = 6; }},
     };
