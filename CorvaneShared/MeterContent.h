@@ -70,10 +70,11 @@ int fullLevel(MeterGraph graph);
 /// `fraction` (clamped to 0...1; NaN counts as 0) as a level of the graph.
 std::uint8_t graphLevel(MeterGraph graph, double fraction);
 
-/// A text that is equal for two contents exactly when they are equal: the section key, the
+/// A text that is equal for two contents exactly when they draw the same: the section key, the
 /// graph style, the settings that shape the drawing, the accents, the levels and the readout
-/// ("memory|fill|…|46%"). The status bar compares it after each refresh and redraws a meter
-/// only when it changed.
+/// ("memory|fill|…|46%"). The fast-core accent counts only for bars, the only graph that
+/// uses it. The status bar compares it after each refresh and redraws a meter only when it
+/// changed.
 std::string drawSignature(const MeterContent& content);
 
 }  // namespace corvane

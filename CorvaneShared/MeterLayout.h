@@ -19,7 +19,7 @@ struct SymbolSize {
     friend bool operator==(const SymbolSize&, const SymbolSize&) = default;
 };
 
-/// Corvane's own symbol set, looked up by symbol name ("cpu", "memorychip", "fan.fill").
+/// Corvane's own symbol set, looked up by symbol name ("cpu", "memorychip", "battery.100").
 class SymbolCatalog {
 public:
     virtual ~SymbolCatalog() = default;
