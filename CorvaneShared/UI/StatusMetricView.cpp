@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <tuple>
 #include <utility>
 
 #include "CorvaneShared/MeterAppearance.h"
@@ -192,6 +193,28 @@ void drawCompact(QPainter& painter, const MeterContent& content, const QRectF& i
                 toQColor(content.accent));
 }
 
+// The outline, drawn once per size, shape and pixel density and then copied: rasterising its
+// rounded ring costs several times the rest of a meter, and outlines do not change.
+void drawFrame(QPainter& painter, const QRectF& box, MeterShape shape, qreal pill,
+               const PixelGrid& grid) {
+    using Key = std::tuple<int, int, MeterShape, qreal, qreal>;
+    static std::map<Key, QImage> frames;
+    const Key key{grid.pixels(box.width()), grid.pixels(box.height()), shape, pill, grid.ratio};
+    auto found = frames.find(key);
+    if (found == frames.end()) {
+        QImage image(std::get<0>(key), std::get<1>(key), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(grid.ratio);
+        image.fill(Qt::transparent);
+        QPainter framePainter(&image);
+        framePainter.setRenderHint(QPainter::Antialiasing);
+        StatusMetricView::strokeFrame(framePainter, QRectF(QPointF(0, 0), box.size()), shape,
+                                      squareRadius, pill);
+        framePainter.end();
+        found = frames.emplace(key, std::move(image)).first;
+    }
+    painter.drawImage(box.topLeft(), found->second);
+}
+
 void drawGraph(QPainter& painter, const MeterContent& content, const MeterColors& colors,
                const PixelGrid& grid) {
     if (content.graph == MeterGraph::none) {
@@ -220,7 +243,7 @@ void drawGraph(QPainter& painter, const MeterContent& content, const MeterColors
             case MeterGraph::fill: break;
         }
     }
-    StatusMetricView::strokeFrame(painter, box, content.shape, squareRadius, pill);
+    drawFrame(painter, box, content.shape, pill, grid);
 }
 
 QFont meterFont(int pixelSize, int stretch = QFont::Unstretched) {
@@ -404,16 +427,15 @@ void strokeFrame(QPainter& painter, const QRectF& rect, MeterShape shape, double
                  double pill) {
     const PixelGrid grid = gridOf(painter);
     const qreal width = grid.points(std::max(1, grid.pixels(frameLineWidth)));
-    // Along the inside, so the line's outer edge is the rectangle's and falls between pixels.
-    const QRectF path = rect.adjusted(width / 2, width / 2, -width / 2, -width / 2);
-    const qreal radius = std::max<qreal>(0, frameRadius(shape, square, pill) - width / 2);
-    painter.save();
-    QPen pen(toQColor(frameColor), width);
-    pen.setJoinStyle(Qt::MiterJoin);
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(path, radius, radius);
-    painter.restore();
+    // Along the inside, so the line's outer edge is the rectangle's and falls between pixels:
+    // the ring between two rounded rectangles.
+    const qreal radius = frameRadius(shape, square, pill);
+    QPainterPath ring;
+    ring.setFillRule(Qt::OddEvenFill);
+    ring.addRoundedRect(rect, radius, radius);
+    ring.addRoundedRect(rect.adjusted(width, width, -width, -width),
+                        std::max<qreal>(0, radius - width), std::max<qreal>(0, radius - width));
+    painter.fillPath(ring, toQColor(frameColor));
 }
 
 }  // namespace StatusMetricView
