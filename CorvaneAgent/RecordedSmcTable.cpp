@@ -1,14 +1,13 @@
 #include "CorvaneAgent/RecordedSmcTable.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <optional>
 
 #include <nlohmann/json.hpp>
 
 #include "CorvaneAgent/SMCDecoder.h"
+#include "Platform/BoundedFileRead.h"
 
 namespace corvane {
 
@@ -23,6 +22,8 @@ constexpr int indexPastEnd = 2;
 constexpr int unsupportedCommand = 3;
 
 constexpr std::size_t largestValueBytes = 32;
+// A controller lists a few thousand keys at most, which take a few hundred kilobytes as a table.
+constexpr std::size_t largestTableBytes = 4 * 1024 * 1024;
 
 std::optional<std::uint8_t> hexDigit(char c) {
     if (c >= '0' && c <= '9') {
@@ -189,16 +190,15 @@ TableResult parseRecordedSmcTable(std::string_view json) {
 }
 
 TableResult loadRecordedSmcTable(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        return RecordedSmcTableError{"cannot read " + file.string()};
+    const auto content = readFileAtMost(file, largestTableBytes);
+    if (const auto* failure = std::get_if<FileReadFailure>(&content)) {
+        return RecordedSmcTableError{*failure == FileReadFailure::tooLarge
+                                         ? file.string() + ": larger than any controller table (" +
+                                               std::to_string(largestTableBytes / 1024 / 1024) +
+                                               " MiB)"
+                                         : "cannot read " + file.string()};
     }
-    const std::string content{std::istreambuf_iterator<char>(stream),
-                              std::istreambuf_iterator<char>()};
-    if (stream.bad()) {
-        return RecordedSmcTableError{"cannot read " + file.string()};
-    }
-    auto result = parseRecordedSmcTable(content);
+    auto result = parseRecordedSmcTable(std::get<std::string>(content));
     if (auto* error = std::get_if<RecordedSmcTableError>(&result)) {
         error->message = file.string() + ": " + error->message;
     }

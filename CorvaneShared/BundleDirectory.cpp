@@ -1,10 +1,12 @@
 #include "CorvaneShared/BundleDirectory.h"
 
 #include <algorithm>
-#include <fstream>
 #include <system_error>
+#include <variant>
 
 #include <nlohmann/json.hpp>
+
+#include "Platform/BoundedFileRead.h"
 
 namespace corvane::BundleDirectory {
 
@@ -14,6 +16,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view translationPrefix = "corvane_";
 constexpr std::string_view translationExtension = ".qm";
+// Bundle info is a few lines; anything much larger is not one.
+constexpr std::size_t largestInfoBytes = 1024 * 1024;
 
 fs::path infoFile(const fs::path& bundle) {
     return resourceDirectory(bundle) / "bundle.json";
@@ -55,11 +59,11 @@ fs::path translationFile(const fs::path& bundle, std::string_view language) {
 }
 
 std::optional<BundleInfo> readInfo(const fs::path& bundle) {
-    std::ifstream stream(infoFile(bundle));
-    if (!stream) {
+    const auto text = readFileAtMost(infoFile(bundle), largestInfoBytes);
+    if (!std::holds_alternative<std::string>(text)) {
         return std::nullopt;
     }
-    const nlohmann::json info = nlohmann::json::parse(stream, nullptr, false);
+    const nlohmann::json info = nlohmann::json::parse(std::get<std::string>(text), nullptr, false);
     if (!info.is_object()) {
         return std::nullopt;
     }
@@ -76,10 +80,12 @@ std::optional<BundleInfo> readInfo(const fs::path& bundle) {
 
 std::vector<std::string> localizations(const fs::path& bundle) {
     std::vector<std::string> languages;
+    // Advanced with an error code: the range-for's increment throws when a read of the folder
+    // fails, and this runs on whichever thread asks. A failure ends the list where it stands.
     std::error_code error;
-    for (const auto& entry :
-         fs::directory_iterator(resourceDirectory(bundle) / "translations", error)) {
-        if (auto language = languageOfTranslationFile(entry.path().filename().string())) {
+    for (fs::directory_iterator entry(resourceDirectory(bundle) / "translations", error);
+         !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        if (auto language = languageOfTranslationFile(entry->path().filename().string())) {
             languages.push_back(std::move(*language));
         }
     }

@@ -14,6 +14,7 @@
 #include <string>
 #include <utility>
 
+#include "Platform/BoundedFileRead.h"
 #include "Platform/FileDescriptor.h"
 
 namespace corvane {
@@ -22,8 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Settings take a few kilobytes; the bound only keeps a runaway file from exhausting memory.
-constexpr std::size_t maximumFileBytes = 16 * 1024 * 1024;
+constexpr std::size_t maximumFileBytes = JsonFileSettingsStore::maximumFileBytes;
+constexpr int maximumNesting = JsonFileSettingsStore::maximumNesting;
 
 constexpr std::string_view lockSuffix = ".lock";
 constexpr std::string_view temporarySuffix = ".tmp-XXXXXX";
@@ -79,28 +80,6 @@ struct FileSnapshot {
     std::optional<struct stat> status;
 };
 
-// Reads up to `limit` bytes; callers pass one more than they accept to detect an oversized file.
-// The size `fstat` reports is not trusted: the file may be replaced or grow while we read.
-std::optional<std::string> readAtMost(int fd, std::size_t limit) {
-    std::string bytes;
-    char buffer[64 * 1024];
-    while (bytes.size() < limit) {
-        const std::size_t wanted = std::min(sizeof buffer, limit - bytes.size());
-        const ssize_t got = ::read(fd, buffer, wanted);
-        if (got < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return std::nullopt;
-        }
-        if (got == 0) {
-            break;
-        }
-        bytes.append(buffer, static_cast<std::size_t>(got));
-    }
-    return bytes;
-}
-
 bool writeAll(int fd, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -115,16 +94,18 @@ bool writeAll(int fd, std::string_view bytes) {
     return true;
 }
 
-// An empty file holds nothing to lose, so it reads as an empty object rather than as corrupt.
-std::optional<SettingValue> parseSettingsObject(std::string_view text) {
-    if (text.empty()) {
-        return SettingValue::object();
+// Whether `value` has more than `levels` levels of arrays and objects. The recursion stops at
+// the limit, so a value of any depth is safe to check.
+bool nestsDeeperThan(const SettingValue& value, int levels) {
+    if (!value.is_structured()) {
+        return false;
     }
-    SettingValue parsed = SettingValue::parse(text.begin(), text.end(), nullptr, false);
-    if (parsed.is_discarded() || !parsed.is_object()) {
-        return std::nullopt;
+    if (levels == 0) {
+        return true;
     }
-    return parsed;
+    return std::any_of(value.begin(), value.end(), [levels](const SettingValue& member) {
+        return nestsDeeperThan(member, levels - 1);
+    });
 }
 
 FileSnapshot readSnapshot(const fs::path& path) {
@@ -148,8 +129,9 @@ FileSnapshot readSnapshot(const fs::path& path) {
     }
     snapshot.status = status;
     snapshot.descriptor = std::move(file);
-    std::optional<SettingValue> values =
-        bytes->size() > maximumFileBytes ? std::nullopt : parseSettingsObject(*bytes);
+    std::optional<SettingValue> values = bytes->size() > maximumFileBytes
+                                             ? std::nullopt
+                                             : JsonFileSettingsStore::parseContents(*bytes);
     if (!values) {
         snapshot.state = FileState::corrupt;
         return snapshot;
@@ -308,13 +290,28 @@ bool syncDirectory(const fs::path& directory) {
     return folder.isOpen() && ::fsync(folder.get()) == 0;
 }
 
+// The file's text: indented for people who edit it by hand, unless the indentation alone would
+// take it past what a read accepts. Absent when even the compact text is too large.
+std::optional<std::string> fileText(const SettingValue& values) {
+    for (const int indent : {4, -1}) {
+        // Invalid UTF-8 in a stored string becomes U+FFFD instead of failing the write.
+        std::string text = values.dump(indent, ' ', false, SettingValue::error_handler_t::replace);
+        text += '\n';
+        if (text.size() <= maximumFileBytes) {
+            return text;
+        }
+    }
+    return std::nullopt;
+}
+
 // Writes `values` to a temporary file beside `path` and renames it into place, so readers see
 // either the old file or the new one, never a part of it.
 std::optional<FileSnapshot> replaceFile(const fs::path& path, const SettingValue& values,
                                         const FileSnapshot& current) {
-    // Invalid UTF-8 in a stored string becomes U+FFFD instead of failing the write.
-    std::string text = values.dump(4, ' ', false, SettingValue::error_handler_t::replace);
-    text += '\n';
+    std::optional<std::string> text = fileText(values);
+    if (!text) {
+        return std::nullopt;
+    }
 
     std::string temporaryName = path.string() + std::string(temporarySuffix);
     FileDescriptor temporary(::mkostemp(temporaryName.data(), O_CLOEXEC));
@@ -324,7 +321,7 @@ std::optional<FileSnapshot> replaceFile(const fs::path& path, const SettingValue
     TemporaryFileGuard guard(temporaryName);
     const mode_t permissions = current.status ? current.status->st_mode & 0777 : 0600;
     struct stat status {};
-    if (!writeAll(temporary.get(), text) || ::fchmod(temporary.get(), permissions) != 0 ||
+    if (!writeAll(temporary.get(), *text) || ::fchmod(temporary.get(), permissions) != 0 ||
         ::fsync(temporary.get()) != 0 || ::fstat(temporary.get(), &status) != 0 ||
         ::rename(temporaryName.c_str(), path.c_str()) != 0) {
         return std::nullopt;
@@ -358,6 +355,32 @@ struct JsonFileSettingsStore::Cache {
     }
 };
 
+std::optional<SettingValue> JsonFileSettingsStore::parseContents(std::string_view text) {
+    // An empty file holds nothing to lose, so it reads as an empty object rather than as corrupt.
+    if (text.empty()) {
+        return SettingValue::object();
+    }
+    // Copying, comparing and printing a value recurse once per level, so a value nested a few
+    // thousand levels deep overflows the stack of whoever touches it. The parser does not
+    // recurse; it only notes here that the limit was passed, and drops what lies below.
+    bool tooDeep = false;
+    const auto limitNesting = [&tooDeep](int depth, SettingValue::parse_event_t event,
+                                         SettingValue&) {
+        const bool opens = event == SettingValue::parse_event_t::object_start ||
+                           event == SettingValue::parse_event_t::array_start;
+        if (opens && depth >= maximumNesting) {
+            tooDeep = true;
+            return false;
+        }
+        return true;
+    };
+    SettingValue parsed = SettingValue::parse(text.begin(), text.end(), limitNesting, false);
+    if (tooDeep || parsed.is_discarded() || !parsed.is_object()) {
+        return std::nullopt;
+    }
+    return parsed;
+}
+
 JsonFileSettingsStore::JsonFileSettingsStore(std::filesystem::path path)
     : filePath(std::move(path)), cache(std::make_unique<Cache>()) {}
 
@@ -386,6 +409,11 @@ SettingValue JsonFileSettingsStore::storedValue(std::string_view key) const {
 }
 
 bool JsonFileSettingsStore::set(std::string_view key, const SettingValue& value) {
+    // The file's object is the first level: a value as deep as the limit would give a file that
+    // reads back as corrupt.
+    if (nestsDeeperThan(value, maximumNesting - 1)) {
+        return false;
+    }
     std::lock_guard lock(mutex);
     refresh();
     // An equal value needs no write: it is as if this write happened at the moment of the read.

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string_view>
 
 #include "CorvaneShared/SettingsStore.h"
@@ -21,6 +22,16 @@ public:
     /// The longest file name (`<name>.json`) for which every name the store derives from it —
     /// lock file, temporary file, backup copies — still fits in a directory entry (255 bytes).
     static constexpr std::size_t maximumFileNameLength = 226;
+    /// Files past this size read as corrupt. Settings take a few kilobytes; the bound only
+    /// keeps a runaway file from exhausting memory.
+    static constexpr std::size_t maximumFileBytes = 16 * 1024 * 1024;
+    /// Files whose arrays and objects nest deeper than this, the file's own object included,
+    /// read as corrupt; no setting needs more than a few levels.
+    static constexpr int maximumNesting = 64;
+
+    /// The settings a file's text holds: an empty text is an empty object. Absent when the text
+    /// is corrupt: not a JSON object, or nested deeper than `maximumNesting`. Any thread.
+    [[nodiscard]] static std::optional<SettingValue> parseContents(std::string_view text);
 
     /// A store on `path`. Touches nothing until the first read or write; the directory is
     /// created by the first write that needs it.
@@ -34,7 +45,8 @@ public:
     const std::filesystem::path& path() const { return filePath; }
 
     /// False when the change could not be persisted (the directory cannot be created, the file
-    /// exists but cannot be read, the disk is full); the file is then left as it was.
+    /// exists but cannot be read, the disk is full, the value nests too deep or the file would
+    /// grow past `maximumFileBytes`); the file is then left as it was.
     bool set(std::string_view key, const SettingValue& value) override;
     /// The file's object as it is now; empty when the file is missing or corrupt.
     SettingValue storedValues() const override;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -57,8 +58,11 @@ StatisticsDictionary statisticsFromAmdgpu(const AmdgpuReading& reading) {
         statistics["gartUsedBytes"] = *reading.gttUsedBytes;
     }
     if (reading.vramUsedBytes || reading.gttUsedBytes) {
-        statistics["inUseSysMemoryBytes"] =
-            reading.vramUsedBytes.value_or(0) + reading.gttUsedBytes.value_or(0);
+        // Held at the largest value rather than wrapping to a small one on garbage figures.
+        constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
+        const auto vram = reading.vramUsedBytes.value_or(0);
+        const auto gtt = reading.gttUsedBytes.value_or(0);
+        statistics["inUseSysMemoryBytes"] = vram > largest - gtt ? largest : vram + gtt;
     }
     return statistics;
 }

@@ -83,6 +83,13 @@ std::string sensorFile(const std::string& directory, std::string_view type, int 
     return directory + "/" + std::string(type) + std::to_string(number) + "_" + std::string(item);
 }
 
+// The element at `index`, or null past the end: reads run on the sensor pass's thread, where a
+// throw would end the program.
+template <typename T>
+const T* elementAt(const std::vector<T>& elements, std::size_t index) {
+    return index < elements.size() ? &elements[index] : nullptr;
+}
+
 void insertSorted(std::vector<int>& numbers, int number) {
     const auto place = std::lower_bound(numbers.begin(), numbers.end(), number);
     if (place == numbers.end() || *place != number) {
@@ -185,24 +192,35 @@ std::optional<std::uint64_t> LinuxHardwareMonitor::readUnsigned(const std::strin
 
 std::optional<std::int64_t> LinuxHardwareMonitor::temperatureMillidegrees(std::size_t chip,
                                                                           std::size_t sensor) {
+    const auto* path =
+        chip < chipFiles.size() ? elementAt(chipFiles[chip].temperatures, sensor) : nullptr;
+    if (!path) {
+        return std::nullopt;
+    }
     // Drivers answer EIO or ENODATA for a sensor that is absent or not ready (an NVMe drive's
     // second sensor, a disk spun down under drivetemp); the reader turns both into nothing.
-    const auto text = reader.read(chipFiles.at(chip).temperatures.at(sensor).c_str());
+    const auto text = reader.read(path->c_str());
     return text ? parseHwmonInteger(*text) : std::nullopt;
 }
 
 HwmonFanSpeeds LinuxHardwareMonitor::fanSpeeds(std::size_t chip, std::size_t sensor) {
-    const auto& files = chipFiles.at(chip).fans.at(sensor);
-    return {readUnsigned(files.input), readUnsigned(files.minimum), readUnsigned(files.maximum)};
+    const auto* files = chip < chipFiles.size() ? elementAt(chipFiles[chip].fans, sensor) : nullptr;
+    if (!files) {
+        return {};
+    }
+    return {readUnsigned(files->input), readUnsigned(files->minimum), readUnsigned(files->maximum)};
 }
 
 std::optional<std::uint64_t> LinuxHardwareMonitor::powerMicrowatts(std::size_t chip,
                                                                    std::size_t sensor) {
-    return readUnsigned(chipFiles.at(chip).powers.at(sensor));
+    const auto* path =
+        chip < chipFiles.size() ? elementAt(chipFiles[chip].powers, sensor) : nullptr;
+    return path ? readUnsigned(*path) : std::nullopt;
 }
 
 std::optional<EnergySample> LinuxHardwareMonitor::energy(std::size_t domain) {
-    const auto microjoules = readUnsigned(energyFiles.at(domain));
+    const auto* path = elementAt(energyFiles, domain);
+    const auto microjoules = path ? readUnsigned(*path) : std::nullopt;
     if (!microjoules) {
         return std::nullopt;
     }

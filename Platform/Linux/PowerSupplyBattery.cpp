@@ -118,9 +118,11 @@ std::optional<double> minutesAt(const std::optional<std::int64_t>& amount,
     return static_cast<double>(*amount) / std::abs(static_cast<double>(*rate)) * minutesPerHour;
 }
 
+// full − now; absent without both, or when either is below zero: no battery holds a negative
+// amount, so such a number is a driver's garbage (and could overflow the subtraction).
 std::optional<std::int64_t> difference(const std::optional<std::int64_t>& full,
                                        const std::optional<std::int64_t>& now) {
-    if (!full || !now) {
+    if (!full || !now || *full < 0 || *now < 0) {
         return std::nullopt;
     }
     return *full - *now;

@@ -38,6 +38,9 @@ TEST(BundleDirectory, InfoOpensOnlyWithAnIdentifier) {
         {"not JSON", "identifier=a.b", std::nullopt},
         {"identifier not a string", R"({"identifier": 7})", std::nullopt},
         {"empty identifier", R"({"identifier": ""})", std::nullopt},
+        {"larger than any bundle info",
+         R"({"identifier": "a.b", "padding": ")" + std::string(2 * 1024 * 1024, ' ') + "\"}",
+         std::nullopt},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

@@ -28,6 +28,12 @@ void replaceFileContent(const fs::path& path, std::string_view content) {
     fs::rename(temporary, path);
 }
 
+// {"a": 1, "deep": [[…]]} with `levels` levels of nesting in all, the outer object included.
+std::string nestedSettings(std::size_t levels) {
+    return R"({"a": 1, "deep": )" + std::string(levels - 1, '[') + std::string(levels - 1, ']') +
+           "}";
+}
+
 std::set<std::string> temporaryFilesBeside(const fs::path& path) {
     std::set<std::string> names =
         testing::namesStartingWith(path.parent_path(), path.filename().string() + ".tmp-");
@@ -52,6 +58,9 @@ TEST(JsonFileSettingsStore, ReadsTheFileAsItIsNow) {
         {"object followed by other text", R"({"a": 3} {"b": 4})", empty},
         {"empty file", "", empty},
         {"object after an empty file", R"({"c": true})", {{"c", true}}},
+        {"nested 64 levels", nestedSettings(64), SettingValue::parse(nestedSettings(64))},
+        {"nested 65 levels", nestedSettings(65), empty},
+        {"nested 100,000 levels", nestedSettings(100'000), empty},
         {"deleted file", std::nullopt, empty},
     };
     TemporaryDirectory directory;
@@ -144,6 +153,38 @@ TEST(JsonFileSettingsStore, CorruptFileIsCopiedBesideItselfBeforeItIsReplaced) {
     }
     EXPECT_EQ(contents, (std::multiset<std::string>{"not JSON", "[1, 2]"}));
     EXPECT_EQ(JsonFileSettingsStore(path).storedValues(), SettingValue({{"b", 2}}));
+}
+
+TEST(JsonFileSettingsStore, NeverWritesWhatItWouldNotReadBack) {
+    TemporaryDirectory directory;
+    const fs::path path = directory / "settings.json";
+    JsonFileSettingsStore store(path);
+
+    // A value that would nest the file too deep is refused; the file stays as it was.
+    ASSERT_TRUE(store.set("a", 1));
+    const std::optional<std::string> before = testing::readFile(path);
+    SettingValue deep = SettingValue::array();
+    for (int level = 0; level < 63; ++level) {
+        deep = SettingValue::array({std::move(deep)});
+    }
+    EXPECT_FALSE(store.set("deep", deep));
+    EXPECT_EQ(testing::readFile(path), before);
+    EXPECT_TRUE(store.set("deep", deep[0]));
+    EXPECT_EQ(JsonFileSettingsStore(path).object("deep"), deep[0]);
+
+    // 1.6 million zeros take 3.2 MB written compactly but 17.6 MB with one per indented line,
+    // past the 16 MB a read accepts.
+    const std::size_t count = 1'600'000;
+    std::string zeros = R"({"big": [0)";
+    for (std::size_t i = 1; i < count; ++i) {
+        zeros += ",0";
+    }
+    zeros += "]}";
+    testing::writeFile(path, zeros);
+    ASSERT_TRUE(store.set("small", 1));
+    const SettingValue values = JsonFileSettingsStore(path).storedValues();
+    EXPECT_EQ(values.value("big", SettingValue()).size(), count);
+    EXPECT_EQ(values.value("small", SettingValue()), 1);
 }
 
 TEST(JsonFileSettingsStore, FailedWriteLeavesFileAsItWas) {

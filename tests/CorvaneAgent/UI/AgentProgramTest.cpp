@@ -167,7 +167,8 @@ TEST_F(AgentProgramTest, RecordedControllerTablesFeedTheSensorsAsDeepAsThePlanAs
 TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
     for (const char* arguments :
          {"--bogus", "--snapshot --refreshes 0", "--open disk", "--snapshot --interval",
-          "--procfs /nonexistent/corvane", "--snapshot --smc-table /nonexistent/table.json"}) {
+          "--procfs /nonexistent/corvane", "--snapshot --smc-table /nonexistent/table.json",
+          "--snapshot --smc-table /dev/zero"}) {
         SCOPED_TRACE(arguments);
         ProgramRun run = runAgent(arguments);
         EXPECT_EQ(run.status, 2);

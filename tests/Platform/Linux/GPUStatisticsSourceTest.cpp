@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string_view>
 
 #include "Platform/Linux/AmdgpuStatisticsSource.h"
@@ -52,6 +54,12 @@ TEST(AmdgpuStatisticsSource, ReadsEachFixtureTree) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(AmdgpuStatisticsSource(sysfsOf(row.tree)).performanceStatistics(), row.expected);
     }
+}
+
+TEST(AmdgpuStatisticsSource, MemorySumHoldsAtTheLargestNumber) {
+    constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
+    const auto statistics = statisticsFromAmdgpu({.vramUsedBytes = largest - 1, .gttUsedBytes = 5});
+    EXPECT_EQ(statistics["inUseSysMemoryBytes"], largest);
 }
 
 TEST(NvmlStatisticsSource, ReadsEveryDeviceOrNothing) {

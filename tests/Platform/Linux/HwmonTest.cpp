@@ -70,6 +70,14 @@ TEST(LinuxHardwareMonitor, FindsChipsAndZonesOnce) {
     EXPECT_EQ(desktop.chips()[3].powers, (std::vector<HwmonSensor>{{1, "PPT"}}));
     EXPECT_EQ(desktop.powerMicrowatts(3, 0), 23000000u);
     EXPECT_EQ(desktop.fanSpeeds(4, 0), (HwmonFanSpeeds{812, 200, std::nullopt}));
+
+    // Numbers past the chips and sensors found read as nothing, not as a throw on the sensor
+    // pass's thread.
+    EXPECT_EQ(desktop.temperatureMillidegrees(0, 3), std::nullopt);
+    EXPECT_EQ(desktop.temperatureMillidegrees(7, 0), std::nullopt);
+    EXPECT_EQ(desktop.fanSpeeds(4, 5), HwmonFanSpeeds{});
+    EXPECT_EQ(desktop.powerMicrowatts(0, 0), std::nullopt);
+    EXPECT_EQ(laptop.energy(2), std::nullopt);
 }
 
 }  // namespace
