@@ -178,12 +178,12 @@ void SMCReader::discoverByEnumeration() {
         } else if (text.starts_with('T') && isTemperatureType(info->dataType)) {
             // "Tf" lands among the other keys here but among the CPU keys in the known-key
             // probe; the difference is deliberate and decides which scope reads it.
-            if (text.starts_with("Tg")) {
-                gpu.push_back(*key);
-            } else if (text.starts_with("Tp") || text.starts_with("Te")) {
-                cpu.push_back(*key);
-            } else {
+            if (!SMCDecoder::isMenuBarTemperatureKey(text)) {
                 otherTemperature.push_back(*key);
+            } else if (text.starts_with("Tg")) {
+                gpu.push_back(*key);
+            } else {
+                cpu.push_back(*key);
             }
         }
     }
