@@ -100,6 +100,7 @@ std::optional<ProcessSample> readProcess(int procDirectory, std::string_view pid
         .pid = pid,
         .name = processName(stat->comm, pid),
         .cpuTicks = stat->cpuTicks,
+        .startTime = stat->startTime,
     };
     // The resident set size comes from statm although stat carries it too. Since Linux 6.2 the
     // kernel keeps it in per-CPU counters; recent kernels ("mm: fix the inaccurate memory

@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t firstFieldAfterName = 3;
 constexpr std::size_t utimeField = 14;
 constexpr std::size_t stimeField = 15;
+constexpr std::size_t startTimeField = 22;
 constexpr std::size_t rssField = 24;
 
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
@@ -79,14 +80,16 @@ std::optional<ProcPidStat> parseProcPidStat(std::string_view text) {
     }
     const auto utime = text::parseUnsigned(fields[utimeField]);
     const auto stime = text::parseUnsigned(fields[stimeField]);
+    const auto startTime = text::parseUnsigned(fields[startTimeField]);
     const auto rssPages = text::parseUnsigned(fields[rssField]);
-    if (!utime || !stime || !rssPages) {
+    if (!utime || !stime || !startTime || !rssPages) {
         return std::nullopt;
     }
     constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
     return ProcPidStat{
         .comm = text.substr(open + 1, close - open - 1),
         .cpuTicks = *utime > largest - *stime ? largest : *utime + *stime,
+        .startTime = *startTime,
         .residentPages = *rssPages,
     };
 }

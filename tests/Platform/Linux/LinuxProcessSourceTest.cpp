@@ -28,11 +28,15 @@ TEST(ProcPidStat, NameBetweenFirstAndLastParenthesis) {
         {"spaces, parentheses and a negative priority",
          "42 (my (weird) name) R 1 42 42 0 -1 4194304 1200 0 3 0 4321 1234 0 0 -2 -20 3 0 9041 "
          "812457984 20480 18446744073709551615\n",
-         ProcPidStat{.comm = "my (weird) name", .cpuTicks = 5555, .residentPages = 20480}},
+         ProcPidStat{.comm = "my (weird) name",
+                     .cpuTicks = 5555,
+                     .startTime = 9041,
+                     .residentPages = 20480}},
         {"empty name", "7 () S 2 0 0 0 -1 0 0 0 0 0 1 2 0 0 20 0 1 0 5 0 0 0\n",
-         ProcPidStat{.comm = "", .cpuTicks = 3, .residentPages = 0}},
+         ProcPidStat{.comm = "", .cpuTicks = 3, .startTime = 5, .residentPages = 0}},
         {"truncated before rss", "9 (cut) S 1 9 9 0 -1 0 0 0 0 0 5 6 0 0 20 0 1 0 5 1000", {}},
         {"garbage utime", "9 (bad) S 1 9 9 0 -1 0 0 0 0 0 x 6 0 0 20 0 1 0 5 1000 7 0\n", {}},
+        {"garbage start time", "9 (bad) S 1 9 9 0 -1 0 0 0 0 0 5 6 0 0 20 0 1 0 x 1000 7 0\n", {}},
         {"no closing parenthesis", "9 (never closed S 1 9 9 0 -1 0 0 0 0 0 5 6\n", {}},
     };
     for (const auto& row : rows) {
@@ -84,9 +88,9 @@ TEST(LinuxProcessSource, ReadsFixtureTree) {
     std::sort(samples.begin(), samples.end(),
               [](const auto& a, const auto& b) { return a.pid < b.pid; });
     const std::vector<ProcessSample> expected = {
-        {1, "systemd", 350 + 120, 3309 * pageSize, 734003200, 96468992},
-        {42, "my (weird) name", 4321 + 1234, 20513 * pageSize, 0, 8192},
-        {100, "sshd", 17 + 9, 1843 * pageSize, 0, 0},
+        {1, "systemd", 350 + 120, 3309 * pageSize, 734003200, 96468992, 27},
+        {42, "my (weird) name", 4321 + 1234, 20513 * pageSize, 0, 8192, 9041},
+        {100, "sshd", 17 + 9, 1843 * pageSize, 0, 0, 1420},
     };
     EXPECT_EQ(samples, expected);
 }
