@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
@@ -444,6 +445,67 @@ TEST_F(SystemMonitorTest, ProcessScansEveryThirdRefreshAndRatesOverTheTimeBetwee
     scheduler.advance(3.0);
     scheduler.settle();
     EXPECT_EQ(processes->scans, 2) << "no meter or panel shows processes";
+}
+
+TEST_F(SystemMonitorTest, FirstProcessScanAfterSamplingWasOffShowsNoRates) {
+    struct Row {
+        const char* name;
+        std::function<void()> stop;
+        std::function<void()> resume;
+    };
+    const auto showProcessMeters = [this](bool shown) {
+        for (const char* key : {"showCPUItem", "showMemoryItem", "showStorageItem"}) {
+            settings.set(key, shown ? SettingValue() : SettingValue(false));
+        }
+    };
+    const Row rows[] = {
+        {"display slept", [&] { sendDisplayEvent(DisplayEvent::screensDidSleep); },
+         [&] { sendDisplayEvent(DisplayEvent::screensDidWake); }},
+        // The scan's result arrives after the pause began; it must not become the baseline.
+        {"display slept while a scan ran",
+         [&] {
+             scheduler.advance(3.0);
+             ASSERT_EQ(scheduler.pendingBackgroundTasks(), 1u);
+             sendDisplayEvent(DisplayEvent::screensDidSleep);
+             scheduler.settle();
+         },
+         [&] { sendDisplayEvent(DisplayEvent::screensDidWake); }},
+        {"no meter showed processes", [&] { showProcessMeters(false); },
+         [&] { showProcessMeters(true); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        processes = std::make_shared<FakeProcesses>();
+        auto monitor = makeMonitor();
+        auto& ticks = processes->table[0].cpuTicks;
+        const auto scanAgain = [&] {
+            const int scans = processes->scans;
+            for (int tick = 0; tick < 3 && processes->scans == scans; ++tick) {
+                scheduler.advance(1.0);
+                scheduler.settle();
+            }
+            ASSERT_EQ(processes->scans, scans + 1);
+        };
+        scheduler.settle();
+        ticks += 150;
+        scanAgain();
+        ASSERT_DOUBLE_EQ(monitor->fields().topCPUProcesses[0].cpu, 50.0);
+
+        row.stop();
+        ticks += 3000;
+        scheduler.advance(30.0);
+        scheduler.settle();
+        const int scansBeforeResuming = processes->scans;
+        row.resume();
+        scheduler.settle();
+        if (processes->scans == scansBeforeResuming) {
+            scanAgain();
+        }
+        EXPECT_EQ(monitor->fields().topCPUProcesses[0].cpu, 0.0) << "nothing recent to compare";
+        ticks += 150;
+        scanAgain();
+        EXPECT_DOUBLE_EQ(monitor->fields().topCPUProcesses[0].cpu, 50.0);
+    }
 }
 
 TEST_F(SystemMonitorTest, GpuIsReadOnlyForTheCpuAndSensorsPanels) {
