@@ -76,9 +76,21 @@ TEST_F(AppLanguageTest, CodeIsAShippedChoiceElseTheSystemMatchElseEnglish) {
 }
 
 TEST_F(AppLanguageTest, ShippedStartsWithTheDevelopmentLanguageWithoutBaseOrRepeats) {
-    EXPECT_EQ(language({"Base", "en", "de", "de"}, "en").shipped(),
-              (std::vector<std::string>{"en", "de"}));
-    EXPECT_EQ(language({"fr", "en"}).shipped(), (std::vector<std::string>{"en", "fr"}));
+    struct Row {
+        const char* name;
+        std::vector<std::string> localizations;
+        std::optional<std::string> development;
+        std::vector<std::string> shipped;
+    };
+    const std::vector<Row> rows = {
+        {"Base among the localisations", {"Base", "en", "de", "de"}, "en", {"en", "de"}},
+        {"no development localisation", {"fr", "en"}, std::nullopt, {"en", "fr"}},
+        {"Base as the development localisation", {"de", "Base", "fr"}, "Base", {"de", "fr"}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(language(row.localizations, row.development).shipped(), row.shipped);
+    }
 }
 
 TEST_F(AppLanguageTest, SystemLanguagesFollowTheLocaleVariablesAsGettextDoes) {
