@@ -185,7 +185,10 @@ Options:
                        started, print one JSON object of every reading, and exit
   --stream             print one JSON line per refresh until interrupted
                        (or until --refreshes samples, when given)
-  --refreshes N        how many refreshes (default for --snapshot: 2)
+  --refreshes N        how many refreshes (default for --snapshot: )" +
+           std::to_string(defaultSnapshotRefreshes) + R"(, which
+                       scans the processes twice, so CPU shares and disk rates
+                       cover the time between the scans)
   --interval S         seconds between refreshes, 0.01 to 3600
                        (default: the "refreshInterval" setting, 1 second)
   --open SECTION       sample as if SECTION's panel were open: cpu, memory,

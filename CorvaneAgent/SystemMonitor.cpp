@@ -126,7 +126,7 @@ void SystemMonitor::refresh() {
     if (current.samplesGPU) {
         readGPU();
     }
-    if (refreshes % 3 == 0) {
+    if (refreshes % processAndSensorEvery == 0) {
         if (current.samplesProcesses) {
             refreshProcesses();
         } else {

@@ -20,8 +20,6 @@ namespace corvane {
 
 namespace {
 
-constexpr int defaultSnapshotRefreshes = 2;
-
 // Names come from the system (volume labels, process names) and need not be valid UTF-8; a
 // replacement character beats losing the whole reading.
 std::string jsonText(const nlohmann::ordered_json& json, int indent) {

@@ -164,6 +164,19 @@ TEST_F(AgentProgramTest, RecordedControllerTablesFeedTheSensorsAsDeepAsThePlanAs
     EXPECT_TRUE(intel["cpuTemperature"].is_null());
 }
 
+TEST_F(AgentProgramTest, DefaultSnapshotComparesTwoProcessScans) {
+    // A process of the test's own keeps a core busy, so the machine has CPU time to show.
+    ProgramRun run = runCommand("yes > /dev/null & busy=$!; " + std::string(CORVANE_AGENT_PROGRAM) +
+                                    " --snapshot --interval 0.1; status=$?; kill $busy; "
+                                    "exit $status",
+                                configHome / "stderr");
+    ASSERT_EQ(run.status, 0) << run.errors;
+    const json result = json::parse(run.output, nullptr, false);
+    ASSERT_TRUE(result.is_object());
+    ASSERT_FALSE(result["topCPUProcesses"].empty());
+    EXPECT_GT(result["topCPUProcesses"][0]["cpu"].get<double>(), 0.0);
+}
+
 TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
     for (const char* arguments :
          {"--bogus", "--snapshot --refreshes 0", "--open disk", "--snapshot --interval",
