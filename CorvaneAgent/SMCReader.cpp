@@ -29,16 +29,6 @@ constexpr std::string_view knownThirdCharacters = "0123456789M";
 constexpr std::string_view knownFourthCharacters =
     "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 
-struct PowerChannelKey {
-    PowerChannel channel;
-    std::uint32_t key;
-};
-constexpr std::array<PowerChannelKey, 3> powerChannelKeys = {{
-    {PowerChannel::system, keyCode("PSTR")},
-    {PowerChannel::cpu, keyCode("PPMC")},
-    {PowerChannel::gpu, keyCode("P3F2")},
-}};
-
 bool isTemperatureType(std::uint32_t dataType) {
     return dataType == floatType || dataType == sp78Type;
 }
@@ -219,10 +209,11 @@ void SMCReader::discoverKnownKeys() {
 }
 
 void SMCReader::discoverPowerKeys() {
-    for (const auto& [channel, key] : powerChannelKeys) {
-        const auto info = keyInfo(key);
-        if (info && info->dataType == floatType && readNumber(key)) {
-            powerChannels.emplace_back(channel, key);
+    for (const auto channel : allPowerChannels) {
+        const auto code = keyCode(corvane::key(channel));
+        const auto info = keyInfo(code);
+        if (info && info->dataType == floatType && readNumber(code)) {
+            powerChannels.emplace_back(channel, code);
         }
     }
 }

@@ -6,9 +6,11 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
+#include "CorvaneAgent/SensorReadings.h"
 #include "Platform/Qt/QtProcessLauncher.h"
 #include "tests/CorvaneShared/FileTestSupport.h"
 
@@ -33,6 +35,25 @@ TEST(QtTranslations, AnswersFromTheBuildTreesCompiledTranslations) {
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.language) + " " + row.key);
         EXPECT_EQ(translations.translation(row.language, row.key), row.text);
+    }
+}
+
+// The sensor panel's titles show in the interface language; a title missing from one
+// language's file would show in English there only.
+TEST(QtTranslations, EverySensorCategoryAndPowerChannelTitleIsTranslated) {
+    QtTranslations translations(std::filesystem::path(CORVANE_BUILD_BUNDLE));
+    const TextLookup english = [](std::string_view key) { return std::string(key); };
+    std::vector<std::string> titles;
+    for (const SensorCategory category : allSensorCategories) {
+        titles.push_back(title(category, english));
+    }
+    for (const PowerChannel channel : allPowerChannels) {
+        titles.push_back(title(channel, english));
+    }
+    for (const char* language : {"de", "fr", "ja", "es"}) {
+        for (const std::string& text : titles) {
+            EXPECT_TRUE(translations.translation(language, text)) << language << " " << text;
+        }
     }
 }
 
