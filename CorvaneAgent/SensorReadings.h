@@ -14,6 +14,7 @@ namespace corvane {
 /// What a temperature sensor measures, in declaration order (also the order of groups).
 enum class SensorCategory { cpu, gpu, memory, storage, battery, ambient, other };
 
+/// Every category, in declaration order.
 inline constexpr std::array<SensorCategory, 7> allSensorCategories = {
     SensorCategory::cpu,     SensorCategory::gpu,     SensorCategory::memory,
     SensorCategory::storage, SensorCategory::battery, SensorCategory::ambient,
@@ -73,6 +74,7 @@ struct FanReading {
 /// A power channel, in declaration order.
 enum class PowerChannel { system, cpu, gpu };
 
+/// Every channel, in declaration order.
 inline constexpr std::array<PowerChannel, 3> allPowerChannels = {
     PowerChannel::system, PowerChannel::cpu, PowerChannel::gpu};
 
