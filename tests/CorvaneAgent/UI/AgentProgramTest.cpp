@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,9 @@
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
 using corvane::testing::ProgramRun;
 using corvane::testing::runCommand;
+using nlohmann::json;
 
 const fs::path fixtures = CORVANE_FIXTURES;
 
@@ -162,6 +163,75 @@ TEST_F(AgentProgramTest, RecordedControllerTablesFeedTheSensorsAsDeepAsThePlanAs
     EXPECT_TRUE(snapshotOf("macbookpro-2018-intel.json", "")["temperatures"].empty());
     EXPECT_FALSE(intel["temperatures"].empty());
     EXPECT_TRUE(intel["cpuTemperature"].is_null());
+}
+
+// The storage figures measure the file system the test runs on: no fixture tree stands in for
+// statvfs("/"). Their values are replaced by this text, after checking that they are numbers.
+constexpr const char* measuredHere = "\"(measured on the machine that runs the test)\"";
+
+/// `text` (the agent's indented snapshot) with the values of the storage figures replaced.
+std::string withoutMeasuredValues(std::string text) {
+    for (const char* key : {"availableStorage", "totalStorage", "storageUsage"}) {
+        const std::string label = "\n  \"" + std::string(key) + "\": ";
+        const auto start = text.find(label);
+        if (start == std::string::npos) {
+            ADD_FAILURE() << key << " is missing";
+            continue;
+        }
+        const auto valueStart = start + label.size();
+        const auto valueEnd = text.find_first_of(",\n", valueStart);
+        EXPECT_TRUE(
+            json::parse(text.substr(valueStart, valueEnd - valueStart), nullptr, false).is_number())
+            << key;
+        text.replace(valueStart, valueEnd - valueStart, measuredHere);
+    }
+    return text;
+}
+
+// Every fixture machine with every panel open (the widest plan: GPU, battery, every sensor),
+// and each recorded controller table: the whole output, byte for byte, against the copy kept in
+// tests/fixtures/snapshots. A tree without a proc or sys part is read with the tree itself as
+// that root, where none of the files exist, so the test machine's own never leak in.
+// CORVANE_UPDATE_SNAPSHOTS=1 rewrites the copies instead; review the difference before keeping it.
+TEST_F(AgentProgramTest, SnapshotOfEveryFixtureMachineIsUnchanged) {
+    const fs::path snapshots = fixtures / "snapshots";
+    const bool update = std::getenv("CORVANE_UPDATE_SNAPSHOTS") != nullptr;
+    std::vector<std::pair<std::string, std::string>> runs;
+    std::set<fs::path> trees;
+    for (const auto& entry : fs::directory_iterator(fixtures)) {
+        if (fs::is_directory(entry.path() / "proc") || fs::is_directory(entry.path() / "sys")) {
+            trees.insert(entry.path());
+        }
+    }
+    for (const fs::path& tree : trees) {
+        const fs::path proc = fs::is_directory(tree / "proc") ? tree / "proc" : tree;
+        const fs::path sys = fs::is_directory(tree / "sys") ? tree / "sys" : tree;
+        runs.emplace_back(tree.filename().string(), "--procfs " + proc.string() + " --sysfs " +
+                                                        sys.string() +
+                                                        " --open cpu --open memory"
+                                                        " --open storage --open sensors");
+    }
+    for (const char* table : {"macbookpro-2018-intel", "macbookpro-m2pro"}) {
+        runs.emplace_back(std::string("smc-") + table,
+                          "--smc-table " + (fixtures / "smc" / table).string() +
+                              ".json --open sensors " + rootsOf("debian12-kvm-x86_64"));
+    }
+    ASSERT_GT(runs.size(), 20u);
+    for (const auto& [name, arguments] : runs) {
+        SCOPED_TRACE(name);
+        ProgramRun run = runAgent("--snapshot --interval 0.01 " + arguments);
+        ASSERT_EQ(run.status, 0) << run.errors;
+        const std::string output = withoutMeasuredValues(run.output);
+        const fs::path golden = snapshots / (name + ".json");
+        if (update) {
+            fs::create_directories(snapshots);
+            std::ofstream(golden, std::ios::binary) << output;
+            continue;
+        }
+        ASSERT_TRUE(fs::is_regular_file(golden))
+            << golden << " is missing; run with CORVANE_UPDATE_SNAPSHOTS=1 to write it";
+        EXPECT_EQ(output, corvane::testing::readAll(golden));
+    }
 }
 
 TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
