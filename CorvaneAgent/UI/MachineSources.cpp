@@ -6,10 +6,10 @@
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/BatteryReader.h"
 #include "CorvaneAgent/HardwareSensors.h"
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 #include "CorvaneAgent/SMCReader.h"
 #include "Platform/Linux/ApplesmcTransport.h"
-#include "Platform/Linux/CpuTopology.h"
+#include "Platform/Linux/CPUTopology.h"
 #include "Platform/Linux/LinuxGPUStatisticsSource.h"
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 #include "Platform/Linux/LinuxProcessSource.h"
@@ -26,12 +26,12 @@ std::variant<std::shared_ptr<SensorSource>, SourceError> chooseSensorSource(
         table = std::filesystem::path(environmentTable);
     }
     if (table) {
-        auto loaded = loadRecordedSmcTable(*table);
-        if (auto* error = std::get_if<RecordedSmcTableError>(&loaded)) {
+        auto loaded = loadRecordedSMCTable(*table);
+        if (auto* error = std::get_if<RecordedSMCTableError>(&loaded)) {
             return SourceError{"--smc-table: " + error->message};
         }
         auto transport =
-            std::make_unique<RecordedSmcTable>(std::move(std::get<RecordedSmcTable>(loaded)));
+            std::make_unique<RecordedSMCTable>(std::move(std::get<RecordedSMCTable>(loaded)));
         return std::shared_ptr<SensorSource>(SMCReader::create(std::move(transport)));
     }
     // An Intel Mac's controller; elsewhere (or without root) it does not open.

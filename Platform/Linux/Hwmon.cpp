@@ -63,7 +63,7 @@ std::optional<std::uint64_t> parseHwmonDirectoryNumber(std::string_view name) {
     return numberAfter(name, "hwmon");
 }
 
-std::optional<std::uint64_t> parseRaplZoneNumber(std::string_view name) {
+std::optional<std::uint64_t> parseRAPLZoneNumber(std::string_view name) {
     return numberAfter(name, "intel-rapl:");
 }
 

@@ -36,6 +36,6 @@ struct HwmonAttribute {
 /// N of a top-level RAPL zone "intel-rapl:<N>"; absent for its subzones ("intel-rapl:0:1"),
 /// the control type itself ("intel-rapl") and the MMIO copy of the package zone
 /// ("intel-rapl-mmio:0"), which counts the same energy again.
-[[nodiscard]] std::optional<std::uint64_t> parseRaplZoneNumber(std::string_view name);
+[[nodiscard]] std::optional<std::uint64_t> parseRAPLZoneNumber(std::string_view name);
 
 }  // namespace corvane

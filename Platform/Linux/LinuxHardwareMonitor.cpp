@@ -97,7 +97,7 @@ LinuxHardwareMonitor::LinuxHardwareMonitor(const std::filesystem::path& sysRoot)
     for (const auto& [number, name] : listNumbered(hwmon, parseHwmonDirectoryNumber)) {
         discoverChip(hwmon + "/" + name);
     }
-    discoverRaplDomains((sysRoot / "class/powercap").string());
+    discoverRAPLDomains((sysRoot / "class/powercap").string());
 }
 
 void LinuxHardwareMonitor::discoverChip(const std::string& hwmonDirectory) {
@@ -158,8 +158,8 @@ void LinuxHardwareMonitor::discoverChip(const std::string& hwmonDirectory) {
     chipFiles.push_back(std::move(files));
 }
 
-void LinuxHardwareMonitor::discoverRaplDomains(const std::string& powercapDirectory) {
-    for (const auto& [number, zone] : listNumbered(powercapDirectory, parseRaplZoneNumber)) {
+void LinuxHardwareMonitor::discoverRAPLDomains(const std::string& powercapDirectory) {
+    for (const auto& [number, zone] : listNumbered(powercapDirectory, parseRAPLZoneNumber)) {
         const auto directory = powercapDirectory + "/" + zone;
         auto name = readTrimmed(directory + "/name");
         if (name.empty()) {

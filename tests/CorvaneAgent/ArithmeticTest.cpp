@@ -19,7 +19,7 @@ struct FractionsRow {
     double system;
 };
 
-TEST(CpuFractions, SplitsTicksBetweenTwoSamples) {
+TEST(CPUFractions, SplitsTicksBetweenTwoSamples) {
     const FractionsRow rows[] = {
         {"nice counts as user", {10, 10, 10, 10}, {30, 40, 40, 30}, 0.4, 0.3},
         {"wrapped counter gives its small delta", {u32max - 9, 0, 0, 0}, {10, 0, 80, 0}, 0.2, 0.0},
@@ -38,7 +38,7 @@ TEST(CpuFractions, SplitsTicksBetweenTwoSamples) {
     }
 }
 
-TEST(CpuFractions, SumsTicksBeyondThirtyTwoBits) {
+TEST(CPUFractions, SumsTicksBeyondThirtyTwoBits) {
     // Four deltas near 2^32 each must not overflow when added up.
     HostCPULoad previous{0, 0, 0, 0};
     HostCPULoad current{u32max, u32max, u32max, u32max};
@@ -55,7 +55,7 @@ struct CoreRow {
     double usage;
 };
 
-TEST(CoreUsage, BusyFractionOfOneCpu) {
+TEST(CoreUsage, BusyFractionOfOneCPU) {
     const CoreRow rows[] = {
         {"three quarters busy", {100, 50}, {200, 75}, 0.75},
         {"no tick elapsed", {100, 50}, {100, 50}, 0.0},

@@ -180,10 +180,10 @@ TEST(HardwareSensors, NoSourceWithoutAChip) {
 // Energy counters that tests set between passes.
 class FakeCounters final : public HardwareMonitor {
 public:
-    explicit FakeCounters(std::vector<RaplDomain> domains)
+    explicit FakeCounters(std::vector<RAPLDomain> domains)
         : chipList{{.name = "coretemp"}}, domains(std::move(domains)) {}
     const std::vector<HwmonChip>& chips() const override { return chipList; }
-    const std::vector<RaplDomain>& raplDomains() const override { return domains; }
+    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
     std::optional<std::int64_t> temperatureMillidegrees(std::size_t, std::size_t) override {
         return std::nullopt;
     }
@@ -200,14 +200,14 @@ public:
 
 private:
     std::vector<HwmonChip> chipList;
-    std::vector<RaplDomain> domains;
+    std::vector<RAPLDomain> domains;
 };
 
 TEST(HardwareSensors, PackagesAddUpAndEveryOneMustRead) {
     const TimePoint start;
     constexpr std::uint64_t range = 100'000'000'000;
     auto owned = std::make_unique<FakeCounters>(
-        std::vector<RaplDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
+        std::vector<RAPLDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
     auto& counters = *owned;
     const auto sensors =
         HardwareSensors::create(std::move(owned), [] { return std::optional(1000.0); });

@@ -9,7 +9,7 @@
 #include <tuple>
 #include <vector>
 
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 #include "CorvaneAgent/SMCReader.h"
 #include "Platform/Linux/ApplesmcTransport.h"
 
@@ -82,9 +82,9 @@ TEST(ApplesmcTransport, ReadsAsTheTableTheDeviceWasBuiltFrom) {
         auto transport = ApplesmcTransport::open(driver.root, [&driver] { driver.answer(); });
         ASSERT_TRUE(transport);
         const auto viaDriver = SMCReader::create(std::move(transport));
-        auto table = loadRecordedSmcTable(intelTable);
+        auto table = loadRecordedSMCTable(intelTable);
         const auto viaTable = SMCReader::create(
-            std::make_unique<RecordedSmcTable>(std::get<RecordedSmcTable>(std::move(table))));
+            std::make_unique<RecordedSMCTable>(std::get<RecordedSMCTable>(std::move(table))));
 
         const auto pass = [](SMCReader& reader) {
             return std::tuple(reader.temperatures(SamplingPlan::SMCScope::full), reader.fans(),

@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 #include "CorvaneAgent/SMCDecoder.h"
 
 namespace corvane {
@@ -18,17 +18,17 @@ namespace {
 
 using Scope = SamplingPlan::SMCScope;
 
-std::unique_ptr<RecordedSmcTable> tableFrom(
-    std::variant<RecordedSmcTable, RecordedSmcTableError> loaded) {
-    if (const auto* error = std::get_if<RecordedSmcTableError>(&loaded)) {
+std::unique_ptr<RecordedSMCTable> tableFrom(
+    std::variant<RecordedSMCTable, RecordedSMCTableError> loaded) {
+    if (const auto* error = std::get_if<RecordedSMCTableError>(&loaded)) {
         ADD_FAILURE() << error->message;
         return nullptr;
     }
-    return std::make_unique<RecordedSmcTable>(std::get<RecordedSmcTable>(std::move(loaded)));
+    return std::make_unique<RecordedSMCTable>(std::get<RecordedSMCTable>(std::move(loaded)));
 }
 
 std::unique_ptr<SMCReader> readerFor(std::string_view json) {
-    return SMCReader::create(tableFrom(parseRecordedSmcTable(json)));
+    return SMCReader::create(tableFrom(parseRecordedSMCTable(json)));
 }
 
 std::vector<std::string> keysOf(const std::vector<TemperatureReading>& readings) {
@@ -82,7 +82,7 @@ TEST(SMCReader, KeyCountDecidesBetweenEnumerationAndProbing) {
 }
 
 // Records the key of every key-information command, answering each from an empty table.
-class ProbeLog final : public SmcTransport {
+class ProbeLog final : public SMCTransport {
 public:
     int call(const SMCRecord& input, SMCRecord& output) override {
         const auto request = decodeSMCKeyData(input);
@@ -91,7 +91,7 @@ public:
         }
         return table.call(input, output);
     }
-    RecordedSmcTable table;
+    RecordedSMCTable table;
     std::vector<std::string> probed;
 };
 
@@ -200,7 +200,7 @@ TEST(SMCReader, ReadsRecordedMachines) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.file);
         const auto reader = SMCReader::create(tableFrom(
-            loadRecordedSmcTable(std::string(CORVANE_FIXTURES "/smc/") + std::string(row.file))));
+            loadRecordedSMCTable(std::string(CORVANE_FIXTURES "/smc/") + std::string(row.file))));
         ASSERT_TRUE(reader);
         const auto menuBar = reader->temperatures(Scope::menuBar);
         const auto full = reader->temperatures(Scope::full);
@@ -217,7 +217,7 @@ struct RefusalRow {
     std::string_view message;
 };
 
-TEST(RecordedSmcTable, RefusesMalformedTablesNamingTheEntry) {
+TEST(RecordedSMCTable, RefusesMalformedTablesNamingTheEntry) {
     const auto thirtyThreeBytes =
         R"([{"key": "TC0P", "type": "sp78", "bytes": ")" + std::string(66, '0') + R"("}])";
     const RefusalRow rows[] = {
@@ -244,14 +244,14 @@ TEST(RecordedSmcTable, RefusesMalformedTablesNamingTheEntry) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const auto result = parseRecordedSmcTable(row.json);
-        const auto* error = std::get_if<RecordedSmcTableError>(&result);
+        const auto result = parseRecordedSMCTable(row.json);
+        const auto* error = std::get_if<RecordedSMCTableError>(&result);
         ASSERT_TRUE(error);
         EXPECT_EQ(error->message, row.message);
     }
-    const auto missing = loadRecordedSmcTable(CORVANE_FIXTURES "/smc/missing.json");
-    ASSERT_TRUE(std::holds_alternative<RecordedSmcTableError>(missing));
-    EXPECT_NE(std::get<RecordedSmcTableError>(missing).message.find("missing.json"),
+    const auto missing = loadRecordedSMCTable(CORVANE_FIXTURES "/smc/missing.json");
+    ASSERT_TRUE(std::holds_alternative<RecordedSMCTableError>(missing));
+    EXPECT_NE(std::get<RecordedSMCTableError>(missing).message.find("missing.json"),
               std::string::npos);
 }
 

@@ -83,10 +83,11 @@ protected:
             .storage = storage,
             .gpu = std::move(gpu),
             .sensors = sensors,
-            .battery = [this] {
-                ++batteryReads;
-                return std::optional(BatteryInfo{.chargePercent = 80});
-            },
+            .battery =
+                [this] {
+                    ++batteryReads;
+                    return std::optional(BatteryInfo{.chargePercent = 80});
+                },
             .displayState = std::move(display),
         };
         auto monitor = SystemMonitor::create(std::move(services));
@@ -130,7 +131,7 @@ TEST_F(SystemMonitorTest, FirstRefreshIsABaselineAndTheSecondShowsUsage) {
     EXPECT_DOUBLE_EQ(monitor->fields().cpuUsage, 0.6);
 }
 
-TEST_F(SystemMonitorTest, ChangedCpuCountShowsZerosForOneRefresh) {
+TEST_F(SystemMonitorTest, ChangedCPUCountShowsZerosForOneRefresh) {
     readings.processors = {{0, 0, 0, 0}, {0, 0, 0, 0}};
     auto monitor = makeMonitor();
     readings.processors = {{10, 0, 0, 0}, {10, 0, 0, 0}};
@@ -446,7 +447,7 @@ TEST_F(SystemMonitorTest, ProcessScansEveryThirdRefreshAndRatesOverTheTimeBetwee
     EXPECT_EQ(processes->scans, 2) << "no meter or panel shows processes";
 }
 
-TEST_F(SystemMonitorTest, GpuIsReadOnlyForTheCpuAndSensorsPanels) {
+TEST_F(SystemMonitorTest, GPUIsReadOnlyForTheCPUAndSensorsPanels) {
     gpu = std::make_unique<FakeGPU>();
     auto monitor = makeMonitor();
     EXPECT_EQ(monitor->fields().gpuUsage, std::nullopt);
@@ -459,13 +460,12 @@ TEST_F(SystemMonitorTest, SensorPassGroupsReadingsByCategory) {
     sensors = std::make_shared<FakeSensors>();
     auto monitor = makeMonitor();
     int cpuTemperatureChanges = 0;
-    auto token =
-        monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
+    auto token = monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
     scheduler.settle();
     // Other readings stay out of the groups; the hottest reading of a category stands for it.
-    EXPECT_EQ(monitor->fields().sensorGroups,
-              (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5},
-                                        {SensorCategory::battery, 31.0}}));
+    EXPECT_EQ(
+        monitor->fields().sensorGroups,
+        (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5}, {SensorCategory::battery, 31.0}}));
     EXPECT_EQ(monitor->cpuTemperature(), 61.5);
     EXPECT_EQ(monitor->gpuTemperature(), std::nullopt);
     EXPECT_EQ(monitor->hottestCelsius(), 61.5);
@@ -496,8 +496,8 @@ TEST_F(SystemMonitorTest, RunningPassThatCoversThePlanIsAwaitedNotDoubled) {
     EXPECT_FALSE(sensorsReady);
     scheduler.settle();
     EXPECT_TRUE(sensorsReady);
-    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{
-                                   SamplingPlan::SMCScope::menuBar, SamplingPlan::SMCScope::full}));
+    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{SamplingPlan::SMCScope::menuBar,
+                                                                    SamplingPlan::SMCScope::full}));
     EXPECT_EQ(batteryReads, 1);
 }
 

@@ -9,7 +9,7 @@
 namespace corvane {
 namespace {
 
-TEST(LanguageTag, ReadsTagsAndPosixLocaleNames) {
+TEST(LanguageTag, ReadsTagsAndPOSIXLocaleNames) {
     struct Row {
         const char* text;
         std::optional<std::string> tag;

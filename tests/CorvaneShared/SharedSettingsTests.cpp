@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "CorvaneShared/BuildInfo.h"
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 #include "tests/CorvaneShared/FileTestSupport.h"
 
 namespace corvane {
@@ -41,7 +41,7 @@ TEST(SharedSettings, SuiteNameComesFromTheEnvironmentWhenPresent) {
 }
 
 TEST(SharedSettings, SuiteNameIsUsableOnlyAsAFileName) {
-    const std::size_t longest = JsonFileSettingsStore::maximumFileNameLength - 5;
+    const std::size_t longest = JSONFileSettingsStore::maximumFileNameLength - 5;
     struct Row {
         const char* name;
         std::string suite;
@@ -83,12 +83,12 @@ TEST(SharedSettings, OpenStoreFallsBackToTheAgentsOwnFile) {
         ASSERT_TRUE(store->set("probe", true));
         EXPECT_EQ(testing::namesStartingWith(folder, ""),
                   (std::set<std::string>{row.expectedFile, row.expectedFile + ".lock"}));
-        EXPECT_EQ(JsonFileSettingsStore(folder / row.expectedFile).storedValues(),
+        EXPECT_EQ(JSONFileSettingsStore(folder / row.expectedFile).storedValues(),
                   SettingValue({{"probe", true}}));
     }
 }
 
-TEST(SharedSettings, SettingsDirectoryFollowsTheXdgRule) {
+TEST(SharedSettings, SettingsDirectoryFollowsTheXDGRule) {
     struct Row {
         const char* name;
         std::map<std::string, std::string> environment;
@@ -127,7 +127,7 @@ TEST(SharedSettings, SettingsDirectoryFollowsTheXdgRule) {
 TEST(SharedSettings, RegisteredDefaultsAnswerReadsButAreNeverWritten) {
     TemporaryDirectory directory;
     const fs::path path = directory / "settings.json";
-    JsonFileSettingsStore agent(path);
+    JSONFileSettingsStore agent(path);
     agent.registerDefaults(SharedSettings::factoryDefaults());
 
     EXPECT_EQ(agent.number("refreshInterval"), 1.0);
@@ -136,7 +136,7 @@ TEST(SharedSettings, RegisteredDefaultsAnswerReadsButAreNeverWritten) {
     EXPECT_FALSE(fs::exists(path));
 
     // The application's write overrides the default at the agent's next read.
-    JsonFileSettingsStore application(path);
+    JSONFileSettingsStore application(path);
     ASSERT_TRUE(application.set("refreshInterval", 2.0));
     EXPECT_EQ(agent.number("refreshInterval"), 2.0);
     EXPECT_EQ(agent.storedValues(), SettingValue({{"refreshInterval", 2.0}}));
@@ -163,9 +163,9 @@ TEST(SharedSettings, SuiteFromTheEnvironmentNamesTheStoreAndTheSignals) {
     });
     ASSERT_EQ(status, 0);
     const fs::path folder = directory / "corvane";
-    EXPECT_EQ(JsonFileSettingsStore(folder / "isolated.suite.json").storedValues(),
+    EXPECT_EQ(JSONFileSettingsStore(folder / "isolated.suite.json").storedValues(),
               SettingValue({{"shared", true}}));
-    EXPECT_EQ(JsonFileSettingsStore(folder / agentFileName).storedValues(),
+    EXPECT_EQ(JSONFileSettingsStore(folder / agentFileName).storedValues(),
               SettingValue({{"own", true}}));
 }
 

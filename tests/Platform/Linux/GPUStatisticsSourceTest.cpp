@@ -5,7 +5,7 @@
 
 #include "Platform/Linux/AmdgpuStatisticsSource.h"
 #include "Platform/Linux/LinuxGPUStatisticsSource.h"
-#include "Platform/Linux/NvmlStatisticsSource.h"
+#include "Platform/Linux/NVMLStatisticsSource.h"
 
 namespace corvane {
 namespace {
@@ -54,7 +54,7 @@ TEST(AmdgpuStatisticsSource, ReadsEachFixtureTree) {
     }
 }
 
-TEST(NvmlStatisticsSource, ReadsEveryDeviceOrNothing) {
+TEST(NVMLStatisticsSource, ReadsEveryDeviceOrNothing) {
     const Row rows[] = {
         {"the first device's memory, the second's utilisation",
          "",
@@ -65,7 +65,7 @@ TEST(NvmlStatisticsSource, ReadsEveryDeviceOrNothing) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        NvmlStatisticsSource source{std::string(row.nvmlLibrary)};
+        NVMLStatisticsSource source{std::string(row.nvmlLibrary)};
         EXPECT_EQ(source.performanceStatistics(), row.expected);
         // The library stays loaded between reads.
         EXPECT_EQ(source.performanceStatistics(), row.expected);

@@ -43,17 +43,17 @@ TEST(Hwmon, ParsesValuesAndDirectoryNames) {
     EXPECT_EQ(parseHwmonUnsigned("262143328850\n"), 262143328850u);
     EXPECT_EQ(parseHwmonDirectoryNumber("hwmon12"), 12u);
     EXPECT_EQ(parseHwmonDirectoryNumber("hwmon"), std::nullopt);
-    EXPECT_EQ(parseRaplZoneNumber("intel-rapl:1"), 1u);
-    EXPECT_EQ(parseRaplZoneNumber("intel-rapl:0:1"), std::nullopt);
-    EXPECT_EQ(parseRaplZoneNumber("intel-rapl-mmio:0"), std::nullopt);
-    EXPECT_EQ(parseRaplZoneNumber("intel-rapl"), std::nullopt);
+    EXPECT_EQ(parseRAPLZoneNumber("intel-rapl:1"), 1u);
+    EXPECT_EQ(parseRAPLZoneNumber("intel-rapl:0:1"), std::nullopt);
+    EXPECT_EQ(parseRAPLZoneNumber("intel-rapl-mmio:0"), std::nullopt);
+    EXPECT_EQ(parseRAPLZoneNumber("intel-rapl"), std::nullopt);
 }
 
 TEST(LinuxHardwareMonitor, FindsChipsAndZonesOnce) {
     LinuxHardwareMonitor laptop(CORVANE_FIXTURES "/intel-laptop-hybrid/sys");
     // Subzones and the MMIO copy of the package are left out.
     EXPECT_EQ(laptop.raplDomains(),
-              (std::vector<RaplDomain>{{"package-0", 262143328850}, {"psys", 262143328850}}));
+              (std::vector<RAPLDomain>{{"package-0", 262143328850}, {"psys", 262143328850}}));
     ASSERT_TRUE(laptop.energy(0));
     EXPECT_EQ(laptop.energy(0)->microjoules, 73481630112u);
     EXPECT_FALSE(laptop.energy(1));

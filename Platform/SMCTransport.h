@@ -6,9 +6,9 @@ namespace corvane {
 
 /// A system management controller, reached through the one call its driver accepts. Used by one
 /// thread at a time (the reader's sensor pass); implementations need no lock.
-class SmcTransport {
+class SMCTransport {
 public:
-    virtual ~SmcTransport() = default;
+    virtual ~SMCTransport() = default;
     /// Hands the controller `input` and lets it fill `output`, both whole records (the caller
     /// zeroes `output` first). 0 on success; any other value means the command failed and
     /// `output` holds nothing meaningful.

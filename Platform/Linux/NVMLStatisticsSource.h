@@ -9,17 +9,17 @@ namespace corvane {
 
 /// The statistics of NVIDIA GPUs through NVML, loaded with dlopen on the first read; without the
 /// library, or when NVML cannot start (no driver, no device), every read is empty. Main thread.
-class NvmlStatisticsSource final : public GPUStatisticsSource {
+class NVMLStatisticsSource final : public GPUStatisticsSource {
 public:
     /// The soname the NVIDIA driver installs; the unversioned name comes only with its
     /// development files.
     static constexpr const char* defaultLibrary = "libnvidia-ml.so.1";
 
     /// `library`: a name for the dynamic loader to search, or a path.
-    explicit NvmlStatisticsSource(std::string library = defaultLibrary);
-    ~NvmlStatisticsSource() override;
-    NvmlStatisticsSource(const NvmlStatisticsSource&) = delete;
-    NvmlStatisticsSource& operator=(const NvmlStatisticsSource&) = delete;
+    explicit NVMLStatisticsSource(std::string library = defaultLibrary);
+    ~NVMLStatisticsSource() override;
+    NVMLStatisticsSource(const NVMLStatisticsSource&) = delete;
+    NVMLStatisticsSource& operator=(const NVMLStatisticsSource&) = delete;
 
     /// Each device's utilisation (as a fraction, under "Device Utilization") and memory in use
     /// (bytes, under "inUseSysMemoryBytes"), the lowest device index winning.

@@ -14,7 +14,7 @@ namespace corvane {
 /// A CPU list as sysfs prints CPU masks ("0-7,16\n"): the CPU numbers in ascending order
 /// without repeats; empty for an empty mask ("\n"). Absent for anything else, including a
 /// reversed range or a CPU number above `maxCPUNumber`.
-[[nodiscard]] std::optional<std::vector<std::uint32_t>> parseCpuList(std::string_view text);
+[[nodiscard]] std::optional<std::vector<std::uint32_t>> parseCPUList(std::string_view text);
 
 /// The largest CPU number a list may name: far above any machine (the kernel's NR_CPUS tops out
 /// at 8192), low enough that "0-4294967295" cannot take the process's memory.

@@ -1,4 +1,4 @@
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ std::set<std::string> temporaryFilesBeside(const fs::path& path) {
     return names;
 }
 
-TEST(JsonFileSettingsStore, ReadsTheFileAsItIsNow) {
+TEST(JSONFileSettingsStore, ReadsTheFileAsItIsNow) {
     struct Row {
         const char* name;
         std::optional<std::string> content;  // absent: no file
@@ -56,7 +56,7 @@ TEST(JsonFileSettingsStore, ReadsTheFileAsItIsNow) {
     };
     TemporaryDirectory directory;
     const fs::path path = directory / "settings.json";
-    JsonFileSettingsStore store(path);
+    JSONFileSettingsStore store(path);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         if (row.content) {
@@ -68,11 +68,11 @@ TEST(JsonFileSettingsStore, ReadsTheFileAsItIsNow) {
     }
 }
 
-TEST(JsonFileSettingsStore, ReadsSeeAnotherStoresWritesAtOnce) {
+TEST(JSONFileSettingsStore, ReadsSeeAnotherStoresWritesAtOnce) {
     TemporaryDirectory directory;
     const fs::path path = directory / "settings.json";
-    JsonFileSettingsStore writer(path);
-    JsonFileSettingsStore reader(path);
+    JSONFileSettingsStore writer(path);
+    JSONFileSettingsStore reader(path);
 
     // Values of equal length, each file stamped with the same time as if all landed within one
     // timestamp tick: only the inode number tells the files apart. Several writes between two
@@ -93,7 +93,7 @@ TEST(JsonFileSettingsStore, ReadsSeeAnotherStoresWritesAtOnce) {
     EXPECT_TRUE(reader.object("key").is_null());
 }
 
-TEST(JsonFileSettingsStore, WritesKeepTheKindOfEveryNumber) {
+TEST(JSONFileSettingsStore, WritesKeepTheKindOfEveryNumber) {
     struct Row {
         const char* name;
         SettingValue value;
@@ -107,8 +107,8 @@ TEST(JsonFileSettingsStore, WritesKeepTheKindOfEveryNumber) {
     };
     TemporaryDirectory directory;
     const fs::path path = directory / "settings.json";
-    JsonFileSettingsStore writer(path);
-    JsonFileSettingsStore reader(path);
+    JSONFileSettingsStore writer(path);
+    JSONFileSettingsStore reader(path);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         ASSERT_TRUE(writer.set("value", row.value));
@@ -116,11 +116,11 @@ TEST(JsonFileSettingsStore, WritesKeepTheKindOfEveryNumber) {
     }
 }
 
-TEST(JsonFileSettingsStore, CorruptFileIsCopiedBesideItselfBeforeItIsReplaced) {
+TEST(JSONFileSettingsStore, CorruptFileIsCopiedBesideItselfBeforeItIsReplaced) {
     TemporaryDirectory directory;
     const fs::path path = directory / "settings.json";
     const std::string backupPrefix = "settings.json.corrupt-";
-    JsonFileSettingsStore store(path);
+    JSONFileSettingsStore store(path);
 
     testing::writeFile(path, "not JSON");
     EXPECT_EQ(store.storedValues(), SettingValue::object());
@@ -128,7 +128,7 @@ TEST(JsonFileSettingsStore, CorruptFileIsCopiedBesideItselfBeforeItIsReplaced) {
     std::set<std::string> backups = testing::namesStartingWith(directory.path(), backupPrefix);
     ASSERT_EQ(backups.size(), 1u);
     EXPECT_EQ(testing::readFile(directory / *backups.begin()), "not JSON");
-    EXPECT_EQ(JsonFileSettingsStore(path).storedValues(), SettingValue({{"a", 1}}));
+    EXPECT_EQ(JSONFileSettingsStore(path).storedValues(), SettingValue({{"a", 1}}));
 
     // A second episode within the same second must not overwrite the first copy.
     testing::writeFile(path, "[1, 2]");
@@ -143,10 +143,10 @@ TEST(JsonFileSettingsStore, CorruptFileIsCopiedBesideItselfBeforeItIsReplaced) {
         contents.insert(testing::readFile(directory / backup).value_or("<unreadable>"));
     }
     EXPECT_EQ(contents, (std::multiset<std::string>{"not JSON", "[1, 2]"}));
-    EXPECT_EQ(JsonFileSettingsStore(path).storedValues(), SettingValue({{"b", 2}}));
+    EXPECT_EQ(JSONFileSettingsStore(path).storedValues(), SettingValue({{"b", 2}}));
 }
 
-TEST(JsonFileSettingsStore, FailedWriteLeavesFileAsItWas) {
+TEST(JSONFileSettingsStore, FailedWriteLeavesFileAsItWas) {
     struct Row {
         const char* name;
         // Prepares the folder and answers the settings file to write.
@@ -162,7 +162,7 @@ TEST(JsonFileSettingsStore, FailedWriteLeavesFileAsItWas) {
         {"lock file is a folder",
          [](const TemporaryDirectory& directory) {
              const fs::path path = directory / "settings.json";
-             EXPECT_TRUE(JsonFileSettingsStore(path).set("a", 1));
+             EXPECT_TRUE(JSONFileSettingsStore(path).set("a", 1));
              fs::remove(directory / "settings.json.lock");
              fs::create_directory(directory / "settings.json.lock");
              return path;
@@ -181,7 +181,7 @@ TEST(JsonFileSettingsStore, FailedWriteLeavesFileAsItWas) {
         const bool isRegular = fs::is_regular_file(path);
         const std::optional<std::string> contentBefore =
             isRegular ? testing::readFile(path) : std::nullopt;
-        JsonFileSettingsStore store(path);
+        JSONFileSettingsStore store(path);
         const SettingValue valuesBefore = store.storedValues();
 
         EXPECT_FALSE(store.set("a", 2));
@@ -193,7 +193,7 @@ TEST(JsonFileSettingsStore, FailedWriteLeavesFileAsItWas) {
     }
 }
 
-TEST(JsonFileSettingsStore, ConcurrentWritersKeepEachOthersKeysAndReadersSeeWholeFiles) {
+TEST(JSONFileSettingsStore, ConcurrentWritersKeepEachOthersKeysAndReadersSeeWholeFiles) {
     constexpr int writerCount = 2;
     constexpr int keysPerWriter = 200;
     TemporaryDirectory directory;
@@ -204,7 +204,7 @@ TEST(JsonFileSettingsStore, ConcurrentWritersKeepEachOthersKeysAndReadersSeeWhol
     for (int writer = 0; writer < writerCount; ++writer) {
         const pid_t child = ::fork();
         if (child == 0) {
-            JsonFileSettingsStore store(path);
+            JSONFileSettingsStore store(path);
             bool allWritten = true;
             for (int key = 0; key < keysPerWriter; ++key) {
                 const std::string name = std::to_string(writer) + "-" + std::to_string(key);
@@ -237,7 +237,7 @@ TEST(JsonFileSettingsStore, ConcurrentWritersKeepEachOthersKeysAndReadersSeeWhol
 
     EXPECT_EQ(statuses, std::vector<int>(writerCount, 0));
     EXPECT_EQ(tornReads, 0) << "after " << wholeReads << " whole reads";
-    const SettingValue values = JsonFileSettingsStore(path).storedValues();
+    const SettingValue values = JSONFileSettingsStore(path).storedValues();
     EXPECT_EQ(values.size(), static_cast<std::size_t>(writerCount * keysPerWriter));
     for (int writer = 0; writer < writerCount; ++writer) {
         for (int key = 0; key < keysPerWriter; ++key) {

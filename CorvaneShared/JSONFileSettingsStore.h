@@ -16,7 +16,7 @@ namespace corvane {
 /// keys keep each other's keys and no reader sees a partly written file. A missing file reads
 /// as empty; so does a corrupt one, which is copied beside itself before a write replaces it.
 /// Never throws or logs; thread-safe.
-class JsonFileSettingsStore final : public SettingsStore {
+class JSONFileSettingsStore final : public SettingsStore {
 public:
     /// The longest file name (`<name>.json`) for which every name the store derives from it —
     /// lock file, temporary file, backup copies — still fits in a directory entry (255 bytes).
@@ -24,11 +24,11 @@ public:
 
     /// A store on `path`. Touches nothing until the first read or write; the directory is
     /// created by the first write that needs it.
-    explicit JsonFileSettingsStore(std::filesystem::path path);
-    ~JsonFileSettingsStore() override;
+    explicit JSONFileSettingsStore(std::filesystem::path path);
+    ~JSONFileSettingsStore() override;
 
-    JsonFileSettingsStore(const JsonFileSettingsStore&) = delete;
-    JsonFileSettingsStore& operator=(const JsonFileSettingsStore&) = delete;
+    JSONFileSettingsStore(const JSONFileSettingsStore&) = delete;
+    JSONFileSettingsStore& operator=(const JSONFileSettingsStore&) = delete;
 
     /// The settings file.
     const std::filesystem::path& path() const { return filePath; }

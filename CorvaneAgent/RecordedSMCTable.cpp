@@ -1,4 +1,4 @@
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 
 #include <algorithm>
 #include <fstream>
@@ -14,7 +14,7 @@ namespace corvane {
 
 namespace {
 
-using TableResult = std::variant<RecordedSmcTable, RecordedSmcTableError>;
+using TableResult = std::variant<RecordedSMCTable, RecordedSMCTableError>;
 
 // Distinct failures, as a controller's driver would return them; the reader only tells zero
 // from the rest.
@@ -76,17 +76,17 @@ std::string entryName(std::size_t index, const nlohmann::json& entry) {
     return name;
 }
 
-RecordedSmcTableError entryError(std::size_t index, const nlohmann::json& entry,
+RecordedSMCTableError entryError(std::size_t index, const nlohmann::json& entry,
                                  std::string_view problem) {
     return {entryName(index, entry) + ": " + std::string(problem)};
 }
 
-std::variant<RecordedSmcKey, RecordedSmcTableError> parseEntry(std::size_t index,
+std::variant<RecordedSMCKey, RecordedSMCTableError> parseEntry(std::size_t index,
                                                                const nlohmann::json& entry) {
     if (!entry.is_object()) {
-        return RecordedSmcTableError{"entry " + std::to_string(index) + " is not an object"};
+        return RecordedSMCTableError{"entry " + std::to_string(index) + " is not an object"};
     }
-    RecordedSmcKey parsed;
+    RecordedSMCKey parsed;
     const auto key = fourByteCode(entry, "key");
     if (!key) {
         return entryError(index, entry, "\"key\" must be a string of four bytes");
@@ -121,9 +121,9 @@ std::variant<RecordedSmcKey, RecordedSmcTableError> parseEntry(std::size_t index
 
 }  // namespace
 
-int RecordedSmcTable::call(const SMCRecord& input, SMCRecord& output) {
+int RecordedSMCTable::call(const SMCRecord& input, SMCRecord& output) {
     const auto request = decodeSMCKeyData(input);
-    const auto find = [this](std::uint32_t key) -> const RecordedSmcKey* {
+    const auto find = [this](std::uint32_t key) -> const RecordedSMCKey* {
         const auto found = positions.find(key);
         return found == positions.end() ? nullptr : &keys[found->second];
     };
@@ -161,22 +161,22 @@ int RecordedSmcTable::call(const SMCRecord& input, SMCRecord& output) {
     return 0;
 }
 
-TableResult parseRecordedSmcTable(std::string_view json) {
+TableResult parseRecordedSMCTable(std::string_view json) {
     const auto document = nlohmann::json::parse(json, nullptr, false);
     if (document.is_discarded()) {
-        return RecordedSmcTableError{"the table is not valid JSON"};
+        return RecordedSMCTableError{"the table is not valid JSON"};
     }
     if (!document.is_array()) {
-        return RecordedSmcTableError{"the table is not a JSON array of keys"};
+        return RecordedSMCTableError{"the table is not a JSON array of keys"};
     }
-    RecordedSmcTable table;
+    RecordedSMCTable table;
     table.keys.reserve(document.size());
     for (std::size_t index = 0; index < document.size(); ++index) {
         auto parsed = parseEntry(index, document[index]);
-        if (auto* error = std::get_if<RecordedSmcTableError>(&parsed)) {
+        if (auto* error = std::get_if<RecordedSMCTableError>(&parsed)) {
             return std::move(*error);
         }
-        auto& key = std::get<RecordedSmcKey>(parsed);
+        auto& key = std::get<RecordedSMCKey>(parsed);
         const auto [previous, added] = table.positions.emplace(key.key, index);
         if (!added) {
             return entryError(
@@ -188,18 +188,18 @@ TableResult parseRecordedSmcTable(std::string_view json) {
     return table;
 }
 
-TableResult loadRecordedSmcTable(const std::filesystem::path& file) {
+TableResult loadRecordedSMCTable(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
-        return RecordedSmcTableError{"cannot read " + file.string()};
+        return RecordedSMCTableError{"cannot read " + file.string()};
     }
     const std::string content{std::istreambuf_iterator<char>(stream),
                               std::istreambuf_iterator<char>()};
     if (stream.bad()) {
-        return RecordedSmcTableError{"cannot read " + file.string()};
+        return RecordedSMCTableError{"cannot read " + file.string()};
     }
-    auto result = parseRecordedSmcTable(content);
-    if (auto* error = std::get_if<RecordedSmcTableError>(&result)) {
+    auto result = parseRecordedSMCTable(content);
+    if (auto* error = std::get_if<RecordedSMCTableError>(&result)) {
         error->message = file.string() + ": " + error->message;
     }
     return result;

@@ -1,6 +1,6 @@
 // A stand-in for libnvidia-ml.so.1 with two canned devices, built as a shared library so that
-// NvmlStatisticsSource loads it exactly as it loads NVIDIA's.
-#include "Platform/Linux/NvmlApi.h"
+// NVMLStatisticsSource loads it exactly as it loads NVIDIA's.
+#include "Platform/Linux/NVMLApi.h"
 
 struct nvmlDevice_st {
     bool reportsUtilization;

@@ -1,7 +1,7 @@
 #pragma once
 
 // The few NVML declarations Corvane calls, written from NVIDIA's public NVML API reference so
-// that building needs no NVIDIA package. NVML is never linked: NvmlStatisticsSource looks these
+// that building needs no NVIDIA package. NVML is never linked: NVMLStatisticsSource looks these
 // names up in libnvidia-ml.so.1 at run time, and only their types are used here.
 
 extern "C" {

@@ -1,4 +1,4 @@
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -34,7 +34,7 @@ constexpr std::string_view backupTimestampPattern = "YYYYMMDDTHHMMSSZ";
 constexpr int backupsPerSecond = 1000;
 constexpr std::size_t longestBackupSuffix =
     backupInfix.size() + backupTimestampPattern.size() + std::string_view("-999").size();
-static_assert(JsonFileSettingsStore::maximumFileNameLength + longestBackupSuffix == NAME_MAX);
+static_assert(JSONFileSettingsStore::maximumFileNameLength + longestBackupSuffix == NAME_MAX);
 static_assert(lockSuffix.size() <= longestBackupSuffix);
 static_assert(temporarySuffix.size() <= longestBackupSuffix);
 
@@ -343,7 +343,7 @@ std::optional<FileSnapshot> replaceFile(const fs::path& path, const SettingValue
 
 }  // namespace
 
-struct JsonFileSettingsStore::Cache {
+struct JSONFileSettingsStore::Cache {
     // False until a read succeeded, and again after a read failed, so the next read retries.
     bool isValid = false;
     FileIdentity identity;
@@ -358,12 +358,12 @@ struct JsonFileSettingsStore::Cache {
     }
 };
 
-JsonFileSettingsStore::JsonFileSettingsStore(std::filesystem::path path)
+JSONFileSettingsStore::JSONFileSettingsStore(std::filesystem::path path)
     : filePath(std::move(path)), cache(std::make_unique<Cache>()) {}
 
-JsonFileSettingsStore::~JsonFileSettingsStore() = default;
+JSONFileSettingsStore::~JSONFileSettingsStore() = default;
 
-void JsonFileSettingsStore::refresh() const {
+void JSONFileSettingsStore::refresh() const {
     struct stat status {};
     const FileIdentity identity =
         ::stat(filePath.c_str(), &status) == 0 ? identityOf(status) : FileIdentity{};
@@ -373,19 +373,19 @@ void JsonFileSettingsStore::refresh() const {
     cache->adopt(readSnapshot(filePath));
 }
 
-SettingValue JsonFileSettingsStore::storedValues() const {
+SettingValue JSONFileSettingsStore::storedValues() const {
     std::lock_guard lock(mutex);
     refresh();
     return cache->values;
 }
 
-SettingValue JsonFileSettingsStore::storedValue(std::string_view key) const {
+SettingValue JSONFileSettingsStore::storedValue(std::string_view key) const {
     std::lock_guard lock(mutex);
     refresh();
     return valueUnder(cache->values, key);
 }
 
-bool JsonFileSettingsStore::set(std::string_view key, const SettingValue& value) {
+bool JSONFileSettingsStore::set(std::string_view key, const SettingValue& value) {
     std::lock_guard lock(mutex);
     refresh();
     // An equal value needs no write: it is as if this write happened at the moment of the read.

@@ -1,4 +1,4 @@
-#include "Platform/Linux/CpuTopology.h"
+#include "Platform/Linux/CPUTopology.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(CpuTopology, ParsesCpuLists) {
+TEST(CPUTopology, ParsesCPULists) {
     using List = std::vector<std::uint32_t>;
     struct Row {
         std::string_view name;
@@ -27,18 +27,18 @@ TEST(CpuTopology, ParsesCpuLists) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(parseCpuList(row.text), row.expected);
+        EXPECT_EQ(parseCPUList(row.text), row.expected);
     }
 }
 
-TEST(CpuTopology, CountsOnlineCPUsPerLevel) {
+TEST(CPUTopology, CountsOnlineCPUsPerLevel) {
     using Levels = std::vector<PerformanceLevel>;
-    const auto core = std::optional(*parseCpuList("0-7"));
-    const auto atom = std::optional(*parseCpuList("8-15"));
-    EXPECT_EQ(hybridPerformanceLevels({core, atom, std::nullopt}, *parseCpuList("0-5,8-9")).levels,
+    const auto core = std::optional(*parseCPUList("0-7"));
+    const auto atom = std::optional(*parseCPUList("8-15"));
+    EXPECT_EQ(hybridPerformanceLevels({core, atom, std::nullopt}, *parseCPUList("0-5,8-9")).levels,
               (Levels{{6, "Performance"}, {2, "Efficiency"}}));
     // With every E-core offline there is one kind of core left: no levels.
-    EXPECT_EQ(hybridPerformanceLevels({core, atom, std::nullopt}, *parseCpuList("0-7")),
+    EXPECT_EQ(hybridPerformanceLevels({core, atom, std::nullopt}, *parseCPUList("0-7")),
               PerformanceLevels{});
     EXPECT_EQ(capacityPerformanceLevels({1024, 1024, 1024}), PerformanceLevels{});
     EXPECT_EQ(capacityPerformanceLevels({512, 1024, 870, 870, 512}).levels,
@@ -47,7 +47,7 @@ TEST(CpuTopology, CountsOnlineCPUsPerLevel) {
               (Levels{{1, {}}, {1, {}}, {1, {}}, {1, {}}}));
 }
 
-TEST(CpuTopology, ReadsEachFixtureTree) {
+TEST(CPUTopology, ReadsEachFixtureTree) {
     struct Row {
         std::string_view tree;
         PerformanceLevels expected;

@@ -1,4 +1,4 @@
-#include "Platform/Linux/NvmlStatisticsSource.h"
+#include "Platform/Linux/NVMLStatisticsSource.h"
 
 #include <dlfcn.h>
 
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "Platform/Linux/NvmlApi.h"
+#include "Platform/Linux/NVMLApi.h"
 
 namespace corvane {
 
@@ -27,7 +27,7 @@ bool resolve(void* handle, const char* name, Function*& function) {
 
 }  // namespace
 
-struct NvmlStatisticsSource::Library {
+struct NVMLStatisticsSource::Library {
     void* handle = nullptr;
     decltype(nvmlInit_v2)* init = nullptr;
     decltype(nvmlShutdown)* shutdown = nullptr;
@@ -60,16 +60,16 @@ struct NvmlStatisticsSource::Library {
     }
 };
 
-NvmlStatisticsSource::NvmlStatisticsSource(std::string library) : libraryName(std::move(library)) {}
+NVMLStatisticsSource::NVMLStatisticsSource(std::string library) : libraryName(std::move(library)) {}
 
-NvmlStatisticsSource::~NvmlStatisticsSource() {
+NVMLStatisticsSource::~NVMLStatisticsSource() {
     if (library) {
         library->shutdown();
         ::dlclose(library->handle);
     }
 }
 
-NvmlStatisticsSource::Library* NvmlStatisticsSource::loadedLibrary() {
+NVMLStatisticsSource::Library* NVMLStatisticsSource::loadedLibrary() {
     if (loadTried) {
         return library.get();
     }
@@ -90,7 +90,7 @@ NvmlStatisticsSource::Library* NvmlStatisticsSource::loadedLibrary() {
     return library.get();
 }
 
-StatisticsDictionary NvmlStatisticsSource::performanceStatistics() {
+StatisticsDictionary NVMLStatisticsSource::performanceStatistics() {
     auto statistics = StatisticsDictionary::object();
     const auto* nvml = loadedLibrary();
     if (nvml == nullptr) {

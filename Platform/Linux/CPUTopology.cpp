@@ -1,4 +1,4 @@
-#include "Platform/Linux/CpuTopology.h"
+#include "Platform/Linux/CPUTopology.h"
 
 #include <dirent.h>
 
@@ -48,11 +48,11 @@ PerformanceLevels levelsFromCounts(
     return result;
 }
 
-std::optional<std::vector<std::uint32_t>> readCpuList(KernelFileReader& reader,
+std::optional<std::vector<std::uint32_t>> readCPUList(KernelFileReader& reader,
                                                       const std::filesystem::path& path) {
     // An empty mask reads as a bare newline, which the reader hands over like any content.
     const auto text = reader.read(path.c_str());
-    return text ? parseCpuList(*text) : std::nullopt;
+    return text ? parseCPUList(*text) : std::nullopt;
 }
 
 // The CPU numbers of the cpuN folders under devices/system/cpu, ascending.
@@ -76,7 +76,7 @@ std::vector<std::uint32_t> listCPUFolders(const std::filesystem::path& cpuDirect
 
 }  // namespace
 
-std::optional<std::vector<std::uint32_t>> parseCpuList(std::string_view text) {
+std::optional<std::vector<std::uint32_t>> parseCPUList(std::string_view text) {
     std::vector<std::uint32_t> cpus;
     const auto list = text::trim(text);
     if (list.empty()) {
@@ -150,12 +150,12 @@ PerformanceLevels readPerformanceLevels(const std::filesystem::path& sysRoot) {
     const auto cpuDirectory = sysRoot / "devices/system/cpu";
     // Without the online mask (a kernel built without CPU hotplug still has it; a partial
     // capture may not) every CPU the other files name is taken to be online.
-    const auto online = readCpuList(reader, cpuDirectory / "online");
+    const auto online = readCPUList(reader, cpuDirectory / "online");
 
     std::vector<std::optional<std::vector<std::uint32_t>>> pmuCPUs;
     bool hybrid = false;
     for (const auto& [relative, name] : hybridPMUs) {
-        pmuCPUs.push_back(readCpuList(reader, sysRoot / relative));
+        pmuCPUs.push_back(readCPUList(reader, sysRoot / relative));
         hybrid = hybrid || pmuCPUs.back().has_value();
     }
     if (hybrid) {
