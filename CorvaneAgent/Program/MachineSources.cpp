@@ -1,4 +1,4 @@
-#include "CorvaneAgent/UI/MachineSources.h"
+#include "CorvaneAgent/Program/MachineSources.h"
 
 #include <filesystem>
 #include <utility>

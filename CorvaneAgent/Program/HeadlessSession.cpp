@@ -1,4 +1,4 @@
-#include "CorvaneAgent/UI/HeadlessSession.h"
+#include "CorvaneAgent/Program/HeadlessSession.h"
 
 #include <QCoreApplication>
 
@@ -10,7 +10,7 @@
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
 #include "CorvaneAgent/SystemMonitor.h"
-#include "CorvaneAgent/UI/MachineSources.h"
+#include "CorvaneAgent/Program/MachineSources.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "Platform/Qt/QtRuntime.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "CorvaneAgent/AgentOptions.h"
-#include "CorvaneAgent/UI/HeadlessSession.h"
+#include "CorvaneAgent/Program/HeadlessSession.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
 #include "Platform/Linux/ExecutablePath.h"
