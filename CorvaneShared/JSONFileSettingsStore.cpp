@@ -14,7 +14,7 @@
 #include <string>
 #include <utility>
 
-#include "Platform/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 
 namespace corvane {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "CorvaneShared/EnumNames.h"
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/SMCKeyData.h"
+#include "Foundation/SMCKeyData.h"
 
 namespace corvane {
 

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Platform/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 #include "Platform/Linux/ProcPidIo.h"
 #include "Platform/Linux/ProcPidStat.h"
 #include "Platform/Linux/ProcPidStatm.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/SMCKeyData.h"
+#include "Foundation/SMCKeyData.h"
 
 namespace corvane {
 namespace {

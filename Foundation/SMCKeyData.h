@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// The parameter record a system management controller exchanges, input and output alike. It
-// lives beside the transport interface rather than with the reader because the transports
-// have to read and write it too. The wire form is encoded byte by byte so that the layout is
-// the controller's, never what a compiler chose for the struct.
+// The parameter record a system management controller exchanges, input and output alike. Both
+// sides of the SMCTransport interface speak it (the reader encodes requests and decodes
+// answers, each transport the reverse), so it sits below both. The wire form is encoded byte by
+// byte so that the layout is the controller's, never what a compiler chose for the struct.
 namespace corvane {
 
 /// One record as it travels to and from the controller.
