@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <filesystem>
 
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
+#include "Platform/Linux/LinuxSystemStatistics.h"
 #include "tests/CorvaneAgent/FakeSystemStatistics.h"
 #include "tests/support/ManualScheduler.h"
 
@@ -514,6 +518,35 @@ TEST_F(SystemMonitorTest, ConstructionReadsMachineFactsWithFallbacks) {
     readings.thermal = ThermalState::serious;
     scheduler.advance(1.0);
     EXPECT_EQ(monitor->thermalStateLabel(), "High");
+}
+
+TEST_F(SystemMonitorTest, CountersOfAFixtureMachineThatWrapOrGoBackwardsBetweenRefreshes) {
+    // The same machine one refresh apart: the monitor reads `before`, then `after` in its place.
+    namespace fs = std::filesystem;
+    const fs::path fixtures = CORVANE_FIXTURES;
+    const fs::path proc = fs::temp_directory_path() / ("corvane-wrap-" + std::to_string(getpid()));
+    fs::create_directories(proc);
+    fs::copy_file(fixtures / "wrap-before/proc/stat", proc / "stat");
+
+    auto monitor = SystemMonitor::create({
+        .settings = settings,
+        .runtime = scheduler.runtime(),
+        .statistics = std::make_unique<LinuxSystemStatistics>(proc, proc),
+    });
+    monitor->start();
+    fs::copy_file(fixtures / "wrap-after/proc/stat", proc / "stat",
+                  fs::copy_options::overwrite_existing);
+    scheduler.advance(1.0);
+    fs::remove_all(proc);
+
+    // Between the two captures the machine's user and system sums cross 2^32 ticks:
+    // +800 user, +500 system, +1010 idle.
+    EXPECT_NEAR(monitor->fields().userCPUUsage, 800.0 / 2310.0, 1e-12);
+    EXPECT_NEAR(monitor->fields().systemCPUUsage, 500.0 / 2310.0, 1e-12);
+    // cpu0 moved 5660 ticks of which 5010 idle; cpu1's idle and total went backwards.
+    ASSERT_EQ(monitor->fields().coreUsages.size(), 2u);
+    EXPECT_NEAR(monitor->fields().coreUsages[0], 1.0 - 5010.0 / 5660.0, 1e-12);
+    EXPECT_EQ(monitor->fields().coreUsages[1], 0.0);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace corvane {
 namespace {
 
-TEST(SettingConversion, TypedReadsFollowDefaultsConventions) {
+TEST(SettingsStore, TypedReadsFollowDefaultsConventions) {
     struct Row {
         const char* name;
         SettingValue value;

@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "Platform/Qt/QtProcessLauncher.h"
 #include "tests/CorvaneShared/FileTestSupport.h"
 
 namespace corvane {
@@ -34,24 +31,6 @@ TEST(QtTranslations, AnswersFromTheBuildTreesCompiledTranslations) {
         SCOPED_TRACE(std::string(row.language) + " " + row.key);
         EXPECT_EQ(translations.translation(row.language, row.key), row.text);
     }
-}
-
-TEST(QtProcessLauncher, StartsInTheWorkingDirectoryWithTheExtraEnvironment) {
-    testing::TemporaryDirectory directory;
-    const auto output = directory / "output";
-    ASSERT_TRUE(launchDetached({
-        .program = "/bin/sh",
-        .arguments = {"-c", R"(printf '%s %s' "$PWD" "$CORVANE_TEST_VALUE" > partial &&
-                               mv partial output)"},
-        .workingDirectory = directory.path(),
-        .environment = {{"CORVANE_TEST_VALUE", "a b"}},
-    }));
-    // The program runs on its own; give it a generous while to write.
-    for (int attempt = 0; attempt < 500 && !std::filesystem::exists(output); ++attempt) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    EXPECT_EQ(testing::readFile(output), directory.path().string() + " a b");
-    EXPECT_FALSE(launchDetached({.program = (directory / "missing").string()}));
 }
 
 }  // namespace
