@@ -3,6 +3,7 @@
 #include <iostream>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -35,7 +36,13 @@ int main(int argc, char** argv) {
     const auto executable = corvane::currentExecutablePath();
     const auto bundle =
         executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    corvane::QtTranslations translations(bundle);
+    corvane::QtTranslations::FileLookup translationFile;
+    if (bundle) {
+        translationFile = [bundle = *bundle](std::string_view language) {
+            return corvane::BundleDirectory::translationFile(bundle, language);
+        };
+    }
+    corvane::QtTranslations translations(std::move(translationFile));
     corvane::AppLanguage language(corvane::processLanguageSources(
         bundle, [&translations](std::string_view code, std::string_view key) {
             return translations.translation(code, key);

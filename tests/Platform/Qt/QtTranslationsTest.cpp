@@ -7,13 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "tests/CorvaneShared/FileTestSupport.h"
+#include "CorvaneShared/BundleDirectory.h"
 
 namespace corvane {
 namespace {
 
 TEST(QtTranslations, AnswersFromTheBuildTreesCompiledTranslations) {
-    QtTranslations translations(std::filesystem::path(CORVANE_BUILD_BUNDLE));
+    QtTranslations translations([](std::string_view language) {
+        return BundleDirectory::translationFile(CORVANE_BUILD_BUNDLE, language);
+    });
     struct Row {
         const char* language;
         const char* key;
