@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -21,7 +22,7 @@ std::optional<std::uint64_t> cardNumber(std::string_view name) {
     if (!name.starts_with(cardPrefix)) {
         return std::nullopt;
     }
-    return text::parseUnsigned(name.substr(cardPrefix.size()));
+    return parseNumber<std::uint64_t>(name.substr(cardPrefix.size()));
 }
 
 // Card numbers in ascending order, so that the same card comes first on every read.
@@ -40,10 +41,6 @@ std::vector<std::uint64_t> listCards(const std::string& drmDirectory) {
 }
 
 }  // namespace
-
-std::optional<std::uint64_t> parseSysfsUnsigned(std::string_view text) {
-    return text::parseUnsigned(text::trim(text));
-}
 
 StatisticsDictionary statisticsFromAmdgpu(const AmdgpuReading& reading) {
     auto statistics = StatisticsDictionary::object();
@@ -101,7 +98,7 @@ bool AmdgpuStatisticsSource::isRuntimeSuspended(const std::string& deviceDirecto
 
 std::optional<std::uint64_t> AmdgpuStatisticsSource::readNumber(const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parseSysfsUnsigned(*text) : std::nullopt;
+    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
 }
 
 }  // namespace corvane

@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/KernelFileReader.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -25,7 +26,7 @@ constexpr std::array<std::pair<const char*, const char*>, 3> hybridPMUs = {{
 }};
 
 std::optional<std::uint32_t> parseCPUNumber(std::string_view field) {
-    const auto number = text::parseUnsigned(field);
+    const auto number = parseNumber<std::uint64_t>(field);
     if (!number || *number > maxCPUNumber) {
         return std::nullopt;
     }
@@ -178,7 +179,8 @@ PerformanceLevels readPerformanceLevels(const std::filesystem::path& sysRoot) {
         const auto text = reader.read(path.c_str());
         // A CPU whose capacity cannot be read cannot be placed in a level; it goes uncounted
         // rather than guessed into one.
-        if (const auto capacity = text ? text::parseUnsigned(text::trim(*text)) : std::nullopt) {
+        if (const auto capacity =
+                text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt) {
             capacities.push_back(*capacity);
         }
     }

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/Hwmon.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -180,7 +181,7 @@ std::optional<std::uint64_t> LinuxHardwareMonitor::readUnsigned(const std::strin
         return std::nullopt;
     }
     const auto text = reader.read(path.c_str());
-    return text ? parseHwmonUnsigned(*text) : std::nullopt;
+    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
 }
 
 std::optional<std::int64_t> LinuxHardwareMonitor::temperatureMillidegrees(std::size_t chip,
@@ -188,7 +189,7 @@ std::optional<std::int64_t> LinuxHardwareMonitor::temperatureMillidegrees(std::s
     // Drivers answer EIO or ENODATA for a sensor that is absent or not ready (an NVMe drive's
     // second sensor, a disk spun down under drivetemp); the reader turns both into nothing.
     const auto text = reader.read(chipFiles.at(chip).temperatures.at(sensor).c_str());
-    return text ? parseHwmonInteger(*text) : std::nullopt;
+    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
 }
 
 HwmonFanSpeeds LinuxHardwareMonitor::fanSpeeds(std::size_t chip, std::size_t sensor) {

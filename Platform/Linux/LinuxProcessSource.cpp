@@ -7,13 +7,13 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "Foundation/FileDescriptor.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/ProcPidIo.h"
 #include "Platform/Linux/ProcPidStat.h"
 #include "Platform/Linux/ProcPidStatm.h"
@@ -39,9 +39,8 @@ std::optional<std::int32_t> pidFromName(std::string_view name) {
     if (name.empty() || name.size() > maximumPidDigits) {
         return std::nullopt;
     }
-    std::int32_t pid = 0;
-    const auto [stop, error] = std::from_chars(name.data(), name.data() + name.size(), pid);
-    if (error != std::errc{} || stop != name.data() + name.size() || pid < 1) {
+    const auto pid = parseNumber<std::int32_t>(name);
+    if (!pid || *pid < 1) {
         return std::nullopt;
     }
     return pid;

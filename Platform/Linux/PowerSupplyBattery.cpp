@@ -4,11 +4,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <utility>
 #include <vector>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/KernelFileReader.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -44,7 +44,7 @@ std::optional<std::string_view> readText(KernelFileReader& reader, const std::st
 
 std::optional<std::int64_t> readInteger(KernelFileReader& reader, const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parsePowerSupplyInteger(*text) : std::nullopt;
+    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
 }
 
 // A peripheral's supply (a wireless mouse, a headset, a phone on USB) says so with scope
@@ -202,10 +202,6 @@ PowerSupplyStatus parsePowerSupplyStatus(std::string_view text) {
         return PowerSupplyStatus::full;
     }
     return PowerSupplyStatus::unknown;
-}
-
-std::optional<std::int64_t> parsePowerSupplyInteger(std::string_view text) {
-    return text::parseSigned(text::trim(text));
 }
 
 StatisticsDictionary batteryPropertiesFrom(const PowerSupplyReading& r) {

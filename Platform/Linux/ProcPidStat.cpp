@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -77,9 +78,9 @@ std::optional<ProcPidStat> parseProcPidStat(std::string_view text) {
     for (auto field = firstFieldAfterName; field <= rssField; ++field) {
         fields[field] = text::takeField(line);
     }
-    const auto utime = text::parseUnsigned(fields[utimeField]);
-    const auto stime = text::parseUnsigned(fields[stimeField]);
-    const auto rssPages = text::parseUnsigned(fields[rssField]);
+    const auto utime = parseNumber<std::uint64_t>(fields[utimeField]);
+    const auto stime = parseNumber<std::uint64_t>(fields[stimeField]);
+    const auto rssPages = parseNumber<std::uint64_t>(fields[rssField]);
     if (!utime || !stime || !rssPages) {
         return std::nullopt;
     }

@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -21,7 +21,7 @@ constexpr std::int64_t absoluteZeroMillidegrees = -273'150;
 
 std::optional<std::int64_t> readMillidegrees(KernelFileReader& reader, const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parseMillidegrees(*text) : std::nullopt;
+    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
 }
 
 }  // namespace
@@ -41,10 +41,6 @@ std::optional<ThermalTripType> parseThermalTripType(std::string_view text) {
         return ThermalTripType::critical;
     }
     return std::nullopt;
-}
-
-std::optional<std::int64_t> parseMillidegrees(std::string_view text) {
-    return text::parseSigned(text::trim(text));
 }
 
 void ThermalTrips::add(ThermalTripType type, std::int64_t millidegrees) {
