@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Foundation/DirectoryListing.h"
+
 namespace corvane::BundleDirectory {
 
 namespace {
@@ -76,10 +78,9 @@ std::optional<BundleInfo> readInfo(const fs::path& bundle) {
 
 std::vector<std::string> localizations(const fs::path& bundle) {
     std::vector<std::string> languages;
-    std::error_code error;
-    for (const auto& entry :
-         fs::directory_iterator(resourceDirectory(bundle) / "translations", error)) {
-        if (auto language = languageOfTranslationFile(entry.path().filename().string())) {
+    DirectoryListing listing((resourceDirectory(bundle) / "translations").c_str());
+    while (const auto name = listing.next()) {
+        if (auto language = languageOfTranslationFile(std::string(*name))) {
             languages.push_back(std::move(*language));
         }
     }

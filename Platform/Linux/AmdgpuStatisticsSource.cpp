@@ -1,12 +1,12 @@
 #include "Platform/Linux/AmdgpuStatisticsSource.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <utility>
 #include <vector>
 
+#include "Foundation/DirectoryListing.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -28,13 +28,11 @@ std::optional<std::uint64_t> cardNumber(std::string_view name) {
 // Card numbers in ascending order, so that the same card comes first on every read.
 std::vector<std::uint64_t> listCards(const std::string& drmDirectory) {
     std::vector<std::uint64_t> cards;
-    if (DIR* directory = ::opendir(drmDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (const auto number = cardNumber(entry->d_name)) {
-                cards.push_back(*number);
-            }
+    DirectoryListing listing(drmDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (const auto number = cardNumber(*name)) {
+            cards.push_back(*number);
         }
-        ::closedir(directory);
     }
     std::sort(cards.begin(), cards.end());
     return cards;

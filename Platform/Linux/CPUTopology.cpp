@@ -1,13 +1,12 @@
 #include "Platform/Linux/CPUTopology.h"
 
-#include <dirent.h>
-
 #include <algorithm>
 #include <array>
 #include <functional>
 #include <map>
 #include <string>
 
+#include "Foundation/DirectoryListing.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/KernelFileReader.h"
 #include "Platform/Linux/TextScanning.h"
@@ -59,17 +58,14 @@ std::optional<std::vector<std::uint32_t>> readCPUList(KernelFileReader& reader,
 // The CPU numbers of the cpuN folders under devices/system/cpu, ascending.
 std::vector<std::uint32_t> listCPUFolders(const std::filesystem::path& cpuDirectory) {
     std::vector<std::uint32_t> cpus;
-    if (DIR* directory = ::opendir(cpuDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            const std::string_view name(entry->d_name);
-            if (!name.starts_with(cpuPrefix)) {
-                continue;
-            }
-            if (const auto number = parseCPUNumber(name.substr(cpuPrefix.size()))) {
-                cpus.push_back(*number);
-            }
+    DirectoryListing listing(cpuDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (!name->starts_with(cpuPrefix)) {
+            continue;
         }
-        ::closedir(directory);
+        if (const auto number = parseCPUNumber(name->substr(cpuPrefix.size()))) {
+            cpus.push_back(*number);
+        }
     }
     std::sort(cpus.begin(), cpus.end());
     return cpus;

@@ -1,6 +1,5 @@
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 
-#include <dirent.h>
 #include <limits.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Foundation/DirectoryListing.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/Hwmon.h"
 #include "Platform/Linux/TextScanning.h"
@@ -22,11 +22,9 @@ using Kind = HwmonAttribute::Kind;
 
 std::vector<std::string> listDirectory(const std::string& path) {
     std::vector<std::string> names;
-    if (DIR* directory = ::opendir(path.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            names.emplace_back(entry->d_name);
-        }
-        ::closedir(directory);
+    DirectoryListing listing(path.c_str());
+    while (const auto name = listing.next()) {
+        names.emplace_back(*name);
     }
     return names;
 }

@@ -1,6 +1,5 @@
 #include "Platform/Linux/LinuxProcessSource.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Foundation/DirectoryListing.h"
 #include "Foundation/FileDescriptor.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/ProcPidIo.h"
@@ -142,30 +142,28 @@ LinuxProcessSource::LinuxProcessSource(const std::filesystem::path& procRoot)
 
 std::vector<ProcessSample> LinuxProcessSource::sampleProcesses() {
     std::vector<ProcessSample> samples;
-    DIR* listing = ::opendir(root.c_str());
-    if (listing == nullptr) {
+    DirectoryListing listing(root.c_str());
+    if (!listing.isOpen()) {
         return samples;
     }
-    const int procDirectory = ::dirfd(listing);
+    const int procDirectory = listing.descriptor();
     std::size_t listed = 0;
     // Each process is read as soon as it is listed, not after the whole listing, which leaves
     // it the least time to exit in between.
     while (listed < maximumProcesses) {
-        const dirent* entry = ::readdir(listing);
-        if (entry == nullptr) {
+        const auto name = listing.next();
+        if (!name) {
             break;
         }
-        const std::string_view name(entry->d_name);
-        const auto pid = pidFromName(name);
+        const auto pid = pidFromName(*name);
         if (!pid) {
             continue;
         }
         ++listed;
-        if (auto sample = readProcess(procDirectory, name, *pid, pageSizeBytes)) {
+        if (auto sample = readProcess(procDirectory, *name, *pid, pageSizeBytes)) {
             samples.push_back(std::move(*sample));
         }
     }
-    ::closedir(listing);
     return samples;
 }
 

@@ -1,6 +1,5 @@
 #include "Platform/Linux/PowerSupplyBattery.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Foundation/DirectoryListing.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/KernelFileReader.h"
 #include "Platform/Linux/TextScanning.h"
@@ -24,13 +24,11 @@ constexpr double microPerMilli = 1000;
 
 std::vector<std::string> listSupplies(const std::string& supplyDirectory) {
     std::vector<std::string> names;
-    if (DIR* directory = ::opendir(supplyDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (entry->d_name[0] != '.') {
-                names.emplace_back(entry->d_name);
-            }
+    DirectoryListing listing(supplyDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (!name->starts_with('.')) {
+            names.emplace_back(*name);
         }
-        ::closedir(directory);
     }
     // Directory order is arbitrary; name order makes BAT0 win over BAT1 on every start.
     std::sort(names.begin(), names.end());

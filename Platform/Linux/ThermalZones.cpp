@@ -1,10 +1,10 @@
 #include "Platform/Linux/ThermalZones.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
 
+#include "Foundation/DirectoryListing.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -114,13 +114,11 @@ void ThermalZones::findZones(KernelFileReader& reader) {
     readsSinceScan = 0;
     zones.clear();
     std::vector<std::string> directories;
-    if (DIR* directory = ::opendir(thermalDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (std::string_view(entry->d_name).starts_with(zonePrefix)) {
-                directories.push_back(thermalDirectory + "/" + entry->d_name + "/");
-            }
+    DirectoryListing listing(thermalDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (name->starts_with(zonePrefix)) {
+            directories.push_back(thermalDirectory + "/" + std::string(*name) + "/");
         }
-        ::closedir(directory);
     }
     std::sort(directories.begin(), directories.end());
     for (const auto& zoneDirectory : directories) {
