@@ -43,9 +43,9 @@ bool isFanSpeedKey(std::string_view text) {
 
 }  // namespace
 
-SMCReader::SMCReader(std::unique_ptr<SmcTransport> transport) : transport(std::move(transport)) {}
+SMCReader::SMCReader(std::unique_ptr<SMCTransport> transport) : transport(std::move(transport)) {}
 
-std::unique_ptr<SMCReader> SMCReader::create(std::unique_ptr<SmcTransport> transport) {
+std::unique_ptr<SMCReader> SMCReader::create(std::unique_ptr<SMCTransport> transport) {
     if (!transport) {
         return nullptr;
     }

@@ -6,7 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Platform/BoundedFileRead.h"
+#include "Foundation/BoundedFileRead.h"
+#include "Foundation/DirectoryListing.h"
 
 namespace corvane::BundleDirectory {
 
@@ -80,12 +81,9 @@ std::optional<BundleInfo> readInfo(const fs::path& bundle) {
 
 std::vector<std::string> localizations(const fs::path& bundle) {
     std::vector<std::string> languages;
-    // Advanced with an error code: the range-for's increment throws when a read of the folder
-    // fails, and this runs on whichever thread asks. A failure ends the list where it stands.
-    std::error_code error;
-    for (fs::directory_iterator entry(resourceDirectory(bundle) / "translations", error);
-         !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        if (auto language = languageOfTranslationFile(entry->path().filename().string())) {
+    DirectoryListing listing((resourceDirectory(bundle) / "translations").c_str());
+    while (const auto name = listing.next()) {
+        if (auto language = languageOfTranslationFile(std::string(*name))) {
             languages.push_back(std::move(*language));
         }
     }

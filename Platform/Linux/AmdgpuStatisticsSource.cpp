@@ -1,6 +1,5 @@
 #include "Platform/Linux/AmdgpuStatisticsSource.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -22,29 +23,23 @@ std::optional<std::uint64_t> cardNumber(std::string_view name) {
     if (!name.starts_with(cardPrefix)) {
         return std::nullopt;
     }
-    return text::parseUnsigned(name.substr(cardPrefix.size()));
+    return parseNumber<std::uint64_t>(name.substr(cardPrefix.size()));
 }
 
 // Card numbers in ascending order, so that the same card comes first on every read.
 std::vector<std::uint64_t> listCards(const std::string& drmDirectory) {
     std::vector<std::uint64_t> cards;
-    if (DIR* directory = ::opendir(drmDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (const auto number = cardNumber(entry->d_name)) {
-                cards.push_back(*number);
-            }
+    DirectoryListing listing(drmDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (const auto number = cardNumber(*name)) {
+            cards.push_back(*number);
         }
-        ::closedir(directory);
     }
     std::sort(cards.begin(), cards.end());
     return cards;
 }
 
 }  // namespace
-
-std::optional<std::uint64_t> parseSysfsUnsigned(std::string_view text) {
-    return text::parseUnsigned(text::trim(text));
-}
 
 StatisticsDictionary statisticsFromAmdgpu(const AmdgpuReading& reading) {
     auto statistics = StatisticsDictionary::object();
@@ -105,7 +100,7 @@ bool AmdgpuStatisticsSource::isRuntimeSuspended(const std::string& deviceDirecto
 
 std::optional<std::uint64_t> AmdgpuStatisticsSource::readNumber(const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parseSysfsUnsigned(*text) : std::nullopt;
+    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
 }
 
 }  // namespace corvane

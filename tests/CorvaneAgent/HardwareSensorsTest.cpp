@@ -7,7 +7,7 @@
 #include <map>
 #include <string_view>
 
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 #include "CorvaneAgent/SMCReader.h"
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 
@@ -186,7 +186,7 @@ public:
         chipList.push_back(std::move(chip));
     }
     const std::vector<HwmonChip>& chips() const override { return chipList; }
-    const std::vector<RaplDomain>& raplDomains() const override { return domains; }
+    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
     std::optional<std::int64_t> temperatureMillidegrees(std::size_t, std::size_t sensor) override {
         return static_cast<std::int64_t>(40 + sensor) * 1000;
     }
@@ -198,7 +198,7 @@ public:
 
 private:
     std::vector<HwmonChip> chipList;
-    std::vector<RaplDomain> domains;
+    std::vector<RAPLDomain> domains;
 };
 
 TEST(HardwareSensors, ApplesmcKeysReadInTheScopeTheControllerReadsThemIn) {
@@ -212,10 +212,10 @@ TEST(HardwareSensors, ApplesmcKeysReadInTheScopeTheControllerReadsThemIn) {
         table += R"(, {"key": ")" + keys[i] + R"(", "type": "sp78", "bytes": ")" + celsius + "\"}";
     }
     table += "]";
-    auto loaded = parseRecordedSmcTable(table);
-    ASSERT_TRUE(std::holds_alternative<RecordedSmcTable>(loaded));
+    auto loaded = parseRecordedSMCTable(table);
+    ASSERT_TRUE(std::holds_alternative<RecordedSMCTable>(loaded));
     const auto controller = SMCReader::create(
-        std::make_unique<RecordedSmcTable>(std::get<RecordedSmcTable>(std::move(loaded))));
+        std::make_unique<RecordedSMCTable>(std::get<RecordedSMCTable>(std::move(loaded))));
     const auto hwmon = HardwareSensors::create(std::make_unique<FakeApplesmcChip>(keys));
     ASSERT_TRUE(controller && hwmon);
     for (const auto scope : {Scope::menuBar, Scope::full}) {
@@ -237,10 +237,10 @@ TEST(HardwareSensors, NoSourceWithoutAChip) {
 // Energy counters that tests set between passes.
 class FakeCounters final : public HardwareMonitor {
 public:
-    explicit FakeCounters(std::vector<RaplDomain> domains)
+    explicit FakeCounters(std::vector<RAPLDomain> domains)
         : chipList{{.name = "coretemp"}}, domains(std::move(domains)) {}
     const std::vector<HwmonChip>& chips() const override { return chipList; }
-    const std::vector<RaplDomain>& raplDomains() const override { return domains; }
+    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
     std::optional<std::int64_t> temperatureMillidegrees(std::size_t, std::size_t) override {
         return std::nullopt;
     }
@@ -257,14 +257,14 @@ public:
 
 private:
     std::vector<HwmonChip> chipList;
-    std::vector<RaplDomain> domains;
+    std::vector<RAPLDomain> domains;
 };
 
 TEST(HardwareSensors, PackagesAddUpAndEveryOneMustRead) {
     const TimePoint start;
     constexpr std::uint64_t range = 100'000'000'000;
     auto owned = std::make_unique<FakeCounters>(
-        std::vector<RaplDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
+        std::vector<RAPLDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
     auto& counters = *owned;
     const auto sensors =
         HardwareSensors::create(std::move(owned), [] { return std::optional(1000.0); });

@@ -3,9 +3,9 @@
 #include <system_error>
 #include <variant>
 
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
-#include "Platform/BoundedFileRead.h"
+#include "Foundation/BoundedFileRead.h"
 
 namespace corvane {
 
@@ -45,11 +45,11 @@ std::optional<std::string> settingsFileProblem(const std::filesystem::path& file
     if (status.type() != std::filesystem::file_type::regular) {
         return "cannot read " + file.string();
     }
-    const auto text = readFileAtMost(file, JsonFileSettingsStore::maximumFileBytes);
+    const auto text = readFileAtMost(file, JSONFileSettingsStore::maximumFileBytes);
     if (std::holds_alternative<FileReadFailure>(text)) {
         return "cannot read " + file.string();
     }
-    if (!JsonFileSettingsStore::parseContents(std::get<std::string>(text))) {
+    if (!JSONFileSettingsStore::parseContents(std::get<std::string>(text))) {
         return file.string() + " holds no JSON object of settings; fix or remove it";
     }
     return std::nullopt;

@@ -2,23 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 #include "CorvaneAgent/SensorReadings.h"
-#include "Platform/Qt/QtProcessLauncher.h"
-#include "tests/CorvaneShared/FileTestSupport.h"
+#include "CorvaneShared/BundleDirectory.h"
 
 namespace corvane {
 namespace {
 
 TEST(QtTranslations, AnswersFromTheBuildTreesCompiledTranslations) {
-    QtTranslations translations(std::filesystem::path(CORVANE_BUILD_BUNDLE));
+    QtTranslations translations([](std::string_view language) {
+        return BundleDirectory::translationFile(CORVANE_BUILD_BUNDLE, language);
+    });
     struct Row {
         const char* language;
         const char* key;
@@ -41,7 +40,9 @@ TEST(QtTranslations, AnswersFromTheBuildTreesCompiledTranslations) {
 // The sensor panel's titles show in the interface language; a title missing from one
 // language's file would show in English there only.
 TEST(QtTranslations, EverySensorCategoryAndPowerChannelTitleIsTranslated) {
-    QtTranslations translations(std::filesystem::path(CORVANE_BUILD_BUNDLE));
+    QtTranslations translations([](std::string_view language) {
+        return BundleDirectory::translationFile(CORVANE_BUILD_BUNDLE, language);
+    });
     const TextLookup english = [](std::string_view key) { return std::string(key); };
     std::vector<std::string> titles;
     for (const SensorCategory category : allSensorCategories) {
@@ -55,24 +56,6 @@ TEST(QtTranslations, EverySensorCategoryAndPowerChannelTitleIsTranslated) {
             EXPECT_TRUE(translations.translation(language, text)) << language << " " << text;
         }
     }
-}
-
-TEST(QtProcessLauncher, StartsInTheWorkingDirectoryWithTheExtraEnvironment) {
-    testing::TemporaryDirectory directory;
-    const auto output = directory / "output";
-    ASSERT_TRUE(launchDetached({
-        .program = "/bin/sh",
-        .arguments = {"-c", R"(printf '%s %s' "$PWD" "$CORVANE_TEST_VALUE" > partial &&
-                               mv partial output)"},
-        .workingDirectory = directory.path(),
-        .environment = {{"CORVANE_TEST_VALUE", "a b"}},
-    }));
-    // The program runs on its own; give it a generous while to write.
-    for (int attempt = 0; attempt < 500 && !std::filesystem::exists(output); ++attempt) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    EXPECT_EQ(testing::readFile(output), directory.path().string() + " a b");
-    EXPECT_FALSE(launchDetached({.program = (directory / "missing").string()}));
 }
 
 }  // namespace
