@@ -17,6 +17,12 @@ namespace {
 // Feeds and hand-edited bundle info carry line breaks and blanks inside long base64 texts.
 constexpr const char* ignoredInBase64 = " \t\r\n";
 
+std::string describeSize(std::uint64_t bytes) {
+    return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+}
+
+}  // namespace
+
 std::optional<std::string> decodeBase64(std::string_view text, std::size_t expectedBytes) {
     if (sodium_init() < 0) {
         return std::nullopt;
@@ -34,11 +40,15 @@ std::optional<std::string> decodeBase64(std::string_view text, std::size_t expec
     return decoded;
 }
 
-std::string describeSize(std::uint64_t bytes) {
-    return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+std::string encodeBase64(std::string_view bytes) {
+    std::string text(sodium_base64_ENCODED_LEN(bytes.size(), sodium_base64_VARIANT_ORIGINAL), '\0');
+    sodium_bin2base64(text.data(), text.size(),
+                      reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(),
+                      sodium_base64_VARIANT_ORIGINAL);
+    // The encoded length counts the terminating NUL.
+    text.pop_back();
+    return text;
 }
-
-}  // namespace
 
 std::optional<std::string> decodePublicKey(std::string_view base64) {
     return decodeBase64(base64, publicKeyBytes);

@@ -22,6 +22,12 @@ namespace ArchiveSignature {
 inline constexpr std::size_t publicKeyBytes = 32;
 inline constexpr std::size_t signatureBytes = 64;
 
+/// The bytes of `text`, standard base64 in which blanks and line breaks are ignored, when
+/// they are exactly `expectedBytes` long; absent otherwise.
+std::optional<std::string> decodeBase64(std::string_view text, std::size_t expectedBytes);
+/// `bytes` as standard base64, padded, on one line.
+std::string encodeBase64(std::string_view bytes);
+
 /// The decoded key when `base64` (the bundle's SUPublicEDKey) is one; absent otherwise.
 std::optional<std::string> decodePublicKey(std::string_view base64);
 
