@@ -81,11 +81,11 @@ void UpdateController::start() {
     }
     updater = std::move(created);
 
-    signals.emplace(services.bus, services.suite);
+    signalListener.emplace(services.bus, services.suite);
     // The listener dies with the controller, so no handler can run after it is gone.
-    signals->listen(Signal::checkForUpdates, [this] { checkForUpdatesNow(); });
+    signalListener->listen(Signal::checkForUpdates, [this] { checkForUpdatesNow(); });
     retireSpentOffer();
-    signals->listen(Signal::settings, [this] { synchronizeAutomaticChecks(); });
+    signalListener->listen(Signal::settings, [this] { synchronizeAutomaticChecks(); });
     synchronizeAutomaticChecks();
     observations.push_back(updater->observeCanCheckForUpdates(
         [this](bool canCheck) { services.settings.set(canCheckKey, canCheck); }));

@@ -106,7 +106,8 @@ private:
     bool busy = false;
     std::optional<std::filesystem::path> hostBundle;
     std::unique_ptr<Updater> updater;
-    std::optional<SignalListener> signals;
+    // Not named `signals`: Qt defines that word as a macro in the files that include this one.
+    std::optional<SignalListener> signalListener;
     std::vector<Subscription> observations;
 };
 

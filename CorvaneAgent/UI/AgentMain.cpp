@@ -8,6 +8,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/UI/HeadlessSession.h"
+#include "CorvaneAgent/UI/UpdateCheckSession.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
 #include "Platform/Linux/ExecutablePath.h"
@@ -29,7 +30,9 @@ int main(int argc, char** argv) {
                          "use --snapshot or --stream (see --help)\n";
             return 1;
         case AgentOptions::Mode::snapshot:
-        case AgentOptions::Mode::stream: break;
+        case AgentOptions::Mode::stream:
+        case AgentOptions::Mode::updateCheck:
+        case AgentOptions::Mode::updateInstall: break;
     }
     // Before the application object exists, since Qt reads the process's languages then.
     const auto executable = corvane::currentExecutablePath();
@@ -44,5 +47,9 @@ int main(int argc, char** argv) {
     language.applyChoiceToProcessDefaults();
 
     QCoreApplication application(argc, argv);
+    if (options.mode == AgentOptions::Mode::updateCheck ||
+        options.mode == AgentOptions::Mode::updateInstall) {
+        return corvane::runUpdateCheck(options.mode == AgentOptions::Mode::updateInstall);
+    }
     return corvane::runHeadless(options, language);
 }

@@ -19,6 +19,7 @@ public:
 private:
     std::string subsystem;
     std::string category;
+    bool toJournal;
 };
 
 }  // namespace corvane
