@@ -93,6 +93,14 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             options.mode = AgentOptions::Mode::help;
             return options;
         }
+        if (flag == "--update-check" || flag == "--update-install") {
+            auto mode = flag == "--update-check" ? AgentOptions::Mode::updateCheck
+                                                 : AgentOptions::Mode::updateInstall;
+            if (auto error = setMode(mode, flag)) {
+                return *error;
+            }
+            continue;
+        }
         if (flag == "--snapshot" || flag == "--stream") {
             auto mode =
                 flag == "--snapshot" ? AgentOptions::Mode::snapshot : AgentOptions::Mode::stream;
@@ -179,6 +187,10 @@ Options:
   --sysfs DIR          read /sys from DIR (default /sys)
   --smc-table FILE     read temperatures, fans and power from a recorded
                        controller table (also $CORVANE_SMC_TABLE)
+  --update-check       check the bundle's update feed once and print the outcome
+                       as one JSON line (version, offer, installed, error)
+  --update-install     the same, and install what was found without asking, then
+                       start the agent from the new bundle
   -h, --help           show this text
 
 Settings: $XDG_CONFIG_HOME/corvane/<suite>.json (default ~/.config/corvane); the

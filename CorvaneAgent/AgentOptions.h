@@ -28,6 +28,10 @@ struct AgentOptions {
         stream,
         /// Print the usage text and exit.
         help,
+        /// Check the bundle's update feed once, print the outcome as one JSON line, exit.
+        updateCheck,
+        /// The same, and install what was found without asking.
+        updateInstall,
     };
 
     Mode mode = Mode::menuBar;

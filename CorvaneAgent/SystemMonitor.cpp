@@ -341,12 +341,11 @@ bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeB
     return true;
 }
 
-void SystemMonitor::settleTemperatures(const SamplingPlan& plan,
-                                       std::function<void()> completion) {
+void SystemMonitor::settleTemperatures(const SamplingPlan& plan, std::function<void()> completion) {
     // A running pass that already reads what the plan needs is awaited, not doubled.
-    const bool runningPassCovers =
-        temperatureRefreshTask.isRunning() && temperatureRefreshCoverage.scope >= plan.smcScope &&
-        (temperatureRefreshCoverage.battery || !plan.samplesBattery);
+    const bool runningPassCovers = temperatureRefreshTask.isRunning() &&
+                                   temperatureRefreshCoverage.scope >= plan.smcScope &&
+                                   (temperatureRefreshCoverage.battery || !plan.samplesBattery);
     if (runningPassCovers) {
         temperatureRefreshTask.whenFinished(std::move(completion));
         return;

@@ -76,6 +76,10 @@ std::optional<BundleInfo> readInfo(const fs::path& bundle) {
         .identifier = std::move(*identifier),
         .executable = stringMember(info, "executable"),
         .developmentLocalization = stringMember(info, "developmentLocalization"),
+        .version = stringMember(info, "version"),
+        .build = stringMember(info, "build"),
+        .feedURL = stringMember(info, "SUFeedURL"),
+        .publicEDKey = stringMember(info, "SUPublicEDKey"),
     };
 }
 

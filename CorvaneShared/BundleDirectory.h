@@ -15,10 +15,17 @@ struct BundleInfo {
     std::optional<std::string> executable;
     /// The language its text keys are written in; absent when the info does not say.
     std::optional<std::string> developmentLocalization;
+    /// The version people read ("2.1") and the build ("57"); absent when the info lacks them.
+    std::optional<std::string> version;
+    std::optional<std::string> build;
+    /// The main bundle's update feed and the base64 Ed25519 key its archives are signed with.
+    std::optional<std::string> feedURL;
+    std::optional<std::string> publicEDKey;
 };
 
 /// The bundle layout on Linux: a bundle is a directory whose `share/corvane/` holds the bundle
-/// info (`bundle.json`: "identifier", "executable", "developmentLocalization") and the compiled
+/// info (`bundle.json`: "identifier", "executable", "developmentLocalization", "version",
+/// "build", "SUFeedURL", "SUPublicEDKey") and the compiled
 /// translations (`translations/corvane_<language>.qm`). An install prefix, the build tree and
 /// each `.app` folder of the portable layout are bundles. Every call reads the disk afresh;
 /// nothing throws; any thread.

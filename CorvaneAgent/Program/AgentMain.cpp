@@ -9,6 +9,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/Program/HeadlessSession.h"
+#include "CorvaneAgent/Program/UpdateCheckSession.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
 #include "Platform/Linux/ExecutablePath.h"
@@ -30,7 +31,9 @@ int main(int argc, char** argv) {
                          "use --snapshot or --stream (see --help)\n";
             return 1;
         case AgentOptions::Mode::snapshot:
-        case AgentOptions::Mode::stream: break;
+        case AgentOptions::Mode::stream:
+        case AgentOptions::Mode::updateCheck:
+        case AgentOptions::Mode::updateInstall: break;
     }
     // Before the application object exists, since Qt reads the process's languages then.
     const auto executable = corvane::currentExecutablePath();
@@ -51,5 +54,9 @@ int main(int argc, char** argv) {
     language.applyChoiceToProcessDefaults();
 
     QCoreApplication application(argc, argv);
+    if (options.mode == AgentOptions::Mode::updateCheck ||
+        options.mode == AgentOptions::Mode::updateInstall) {
+        return corvane::runUpdateCheck(options.mode == AgentOptions::Mode::updateInstall);
+    }
     return corvane::runHeadless(options, language);
 }

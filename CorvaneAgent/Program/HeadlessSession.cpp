@@ -9,8 +9,8 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
-#include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneAgent/Program/MachineSources.h"
+#include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "Platform/Qt/QtRuntime.h"

@@ -19,10 +19,10 @@
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
 using corvane::testing::ProgramRun;
 using corvane::testing::readAll;
 using corvane::testing::runCommand;
+using nlohmann::json;
 
 const std::string ctl = CORVANE_CTL_PROGRAM;
 
@@ -124,8 +124,8 @@ TEST_F(CtlProgramTest, StoredSettingsKeepTheirTypesAndChangeTheAgentsPlan) {
 
 TEST_F(CtlProgramTest, RefusesWithOneLineAndStatusTwoWritingNothing) {
     // A file nested 100,000 levels deep once took the program down with the stack.
-    const std::string deep = R"({"a": 1, "deep": )" + std::string(100'000, '[') +
-                             std::string(100'000, ']') + "}";
+    const std::string deep =
+        R"({"a": 1, "deep": )" + std::string(100'000, '[') + std::string(100'000, ']') + "}";
     for (const std::string& content : {std::string("{not json"), deep}) {
         SCOPED_TRACE(content.substr(0, 20));
         fs::create_directories(settingsFile().parent_path());
