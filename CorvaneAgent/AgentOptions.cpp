@@ -85,7 +85,8 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     while (!reader.atEnd()) {
         const std::string_view flag = reader.nextFlag();
         const bool takesValue = flag == "--refreshes" || flag == "--interval" || flag == "--open" ||
-                                flag == "--procfs" || flag == "--sysfs" || flag == "--smc-table";
+                                flag == "--procfs" || flag == "--sysfs" || flag == "--smc-table" ||
+                                flag == "--render";
         if (reader.hasInlineValue() && !takesValue) {
             return ArgumentError{std::string(flag) + " takes no value"};
         }
@@ -140,6 +141,14 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
                 return badValue(flag, *value, "one of cpu, memory, storage, sensors");
             }
             options.openSections.push_back(*section);
+        } else if (flag == "--render") {
+            if (!value || value->empty()) {
+                return missingValue(flag, "a directory");
+            }
+            if (auto error = setMode(AgentOptions::Mode::render, flag)) {
+                return *error;
+            }
+            options.renderDirectory = std::filesystem::path(*value);
         } else if (flag == "--smc-table") {
             if (!value || value->empty()) {
                 return missingValue(flag, "a file");
@@ -157,10 +166,11 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
         }
     }
 
-    const bool headless =
-        options.mode == AgentOptions::Mode::snapshot || options.mode == AgentOptions::Mode::stream;
+    const bool headless = options.mode == AgentOptions::Mode::snapshot ||
+                          options.mode == AgentOptions::Mode::stream ||
+                          options.mode == AgentOptions::Mode::render;
     if (!headless && (options.refreshes || options.interval)) {
-        return ArgumentError{"--refreshes and --interval need --snapshot or --stream"};
+        return ArgumentError{"--refreshes and --interval need --snapshot, --stream or --render"};
     }
     return options;
 }
@@ -168,14 +178,19 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
 std::string agentUsage() {
     return R"(Usage: corvane-agent [options]
 
-Without --snapshot or --stream, runs the menu-bar agent.
+Without --snapshot, --stream or --render, runs the menu-bar agent.
 
 Options:
   --snapshot           take --refreshes samples, wait for the background work they
                        started, print one JSON object of every reading, and exit
   --stream             print one JSON line per refresh until interrupted
                        (or until --refreshes samples, when given)
-  --refreshes N        how many refreshes (default for --snapshot: )" +
+  --render DIR         sample as --snapshot does, then draw every shown meter
+                       into DIR (created when missing): meter-SECTION.png on a
+                       dark menu bar and meter-SECTION-light.png on a light one,
+                       at 2 pixels per point, and layout.json with each meter's
+                       widths, draw signature and image size; needs no display
+  --refreshes N        how many refreshes (default for --snapshot and --render: )" +
            std::to_string(defaultSnapshotRefreshes) + R"(, which
                        scans the processes twice, so CPU shares and disk rates
                        cover the time between the scans)

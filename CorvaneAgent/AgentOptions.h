@@ -26,6 +26,8 @@ struct AgentOptions {
         snapshot,
         /// Print one JSON line per refresh until interrupted (or until `refreshes`).
         stream,
+        /// Sample as a snapshot does, then draw the meters into `renderDirectory`.
+        render,
         /// Print the usage text and exit.
         help,
         /// Check the bundle's update feed once, print the outcome as one JSON line, exit.
@@ -46,6 +48,8 @@ struct AgentOptions {
     std::filesystem::path sysfs = "/sys";
     /// A recorded controller table to use as the machine's sensors.
     std::optional<std::filesystem::path> smcTable;
+    /// Where `render` writes its images and layout.json.
+    std::filesystem::path renderDirectory;
 };
 
 /// Why the command line was refused, in one line without the program name.

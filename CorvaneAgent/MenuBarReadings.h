@@ -14,6 +14,9 @@ public:
     virtual double cpuUsage() const = 0;
     virtual const std::vector<double>& coreUsages() const = 0;
     virtual int performanceCoreCount() const = 0;
+    /// One entry per entry of coreUsages: whether that CPU is in the fastest tier. All false
+    /// (or empty before the first sample) on a processor with one kind of core.
+    virtual const std::vector<bool>& performanceCores() const = 0;
     virtual const std::vector<double>& cpuHistory() const = 0;
     virtual std::optional<double> cpuTemperature() const = 0;
     virtual std::optional<double> gpuTemperature() const = 0;

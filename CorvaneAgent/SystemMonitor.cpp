@@ -115,7 +115,7 @@ void SystemMonitor::refresh() {
     // and one memory read serves the memory and the swap figures.
     services.statistics->readCPULoad(cpuSample);
     readCPUUsage(cpuSample.host);
-    readCoreUsage(cpuSample.processors);
+    readCoreUsage(cpuSample);
     const MemorySample memory = services.statistics->readMemory();
     readMemory(memory.vm, elapsed);
     readLoadAverages();
@@ -174,9 +174,14 @@ void SystemMonitor::readCPUUsage(const std::optional<HostCPULoad>& host) {
     observers.announceChanges();
 }
 
-void SystemMonitor::readCoreUsage(const std::vector<ProcessorLoad>& processors) {
+void SystemMonitor::readCoreUsage(const CPULoadSample& sample) {
+    const std::vector<ProcessorLoad>& processors = sample.processors;
     if (processors.empty()) {
         return;
+    }
+    if (fastCores.size() != processors.size() || fastCoresNumbers != sample.processorNumbers) {
+        fastCoresNumbers = sample.processorNumbers;
+        fastCores = performanceCoreMask(services.coreTiers, fastCoresNumbers, processors.size());
     }
     coreTicksScratch.clear();
     std::transform(processors.begin(), processors.end(), std::back_inserter(coreTicksScratch),

@@ -115,11 +115,18 @@ public:
     std::int64_t refreshCount() const { return refreshes; }
     /// The thermal state in words, in the interface language.
     std::string thermalStateLabel() const;
+    /// The processor's CPUs: the tiers' sum, else the CPUs the last sample read (none before
+    /// the first). The CPU meter gives each its own bar.
+    int totalCores() const {
+        return corvane::totalCores(services.coreTiers,
+                                   static_cast<int>(published.coreUsages.size()));
+    }
 
     // MenuBarReadings
     double cpuUsage() const override { return published.cpuUsage; }
     const std::vector<double>& coreUsages() const override { return published.coreUsages; }
     int performanceCoreCount() const override { return published.performanceCoreCount; }
+    const std::vector<bool>& performanceCores() const override { return fastCores; }
     const std::vector<double>& cpuHistory() const override { return published.cpuHistory; }
     std::optional<double> cpuTemperature() const override { return published.cpuTemperature; }
     std::optional<double> gpuTemperature() const override { return published.gpuTemperature; }
@@ -143,7 +150,7 @@ private:
     void handleDisplayEvent(DisplayEvent event);
 
     void readCPUUsage(const std::optional<HostCPULoad>& host);
-    void readCoreUsage(const std::vector<ProcessorLoad>& processors);
+    void readCoreUsage(const CPULoadSample& sample);
     void readMemory(const std::optional<VMStatistics>& vm, double elapsed);
     void readLoadAverages();
     void readSwap(const std::optional<SwapUsage>& swap);
@@ -189,6 +196,9 @@ private:
     bool loadHistoryInitialized = false;
     CPULoadSample cpuSample;
     std::vector<CoreTicks> coreTicksScratch;
+    /// The CPU numbers `fastCores` was worked out for; it changes only when CPUs go on or off.
+    std::vector<std::uint32_t> fastCoresNumbers;
+    std::vector<bool> fastCores;
 
     std::unique_ptr<Timer> timer;
     Subscription displaySubscription;

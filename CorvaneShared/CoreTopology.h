@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,6 +14,8 @@ namespace corvane {
 struct CoreTier {
     std::string name;
     int count = 0;
+    /// The kernel's numbers of its CPUs, ascending; empty when the platform does not say.
+    std::vector<std::uint32_t> cpus = {};
 
     friend bool operator==(const CoreTier&, const CoreTier&) = default;
 };
@@ -23,5 +27,13 @@ struct CoreTier {
 
 /// The CPUs the tiers count; `activeProcessorCount` when there are no tiers.
 [[nodiscard]] int totalCores(const std::vector<CoreTier>& tiers, int activeProcessorCount);
+
+/// For each of `coreCount` per-core readings, whether its CPU is in the fastest tier.
+/// `cpuNumbers` gives the kernel's CPU number of each reading; when it does not hold one per
+/// reading, reading i is taken to be CPU i. A tier that does not list its CPUs is taken to be
+/// the first `count` readings. All false without tiers: one kind of core has no fast ones.
+[[nodiscard]] std::vector<bool> performanceCoreMask(const std::vector<CoreTier>& tiers,
+                                                    const std::vector<std::uint32_t>& cpuNumbers,
+                                                    std::size_t coreCount);
 
 }  // namespace corvane

@@ -154,6 +154,14 @@ StorageReadout shownStorageReadout(const SettingsStore& settings) {
     return legacyShowsPercent(settings) ? StorageReadout::usage : StorageReadout::off;
 }
 
+CPUReadout shownCPUReadout(const SettingsStore& settings) {
+    return cpuReadout(settings).value_or(CPUReadout::temperature);
+}
+
+SensorsReadout shownSensorsReadout(const SettingsStore& settings) {
+    return sensorsReadout(settings).value_or(SensorsReadout::power);
+}
+
 bool legacyShowsPercent(const SettingsStore& settings) {
     SettingValue value = settings.object("showMemoryPercent");
     return value.is_boolean() && value.get<bool>();

@@ -60,6 +60,10 @@ std::optional<SensorsReadout> sensorsReadout(const SettingsStore& settings);
 /// legacyShowsPercent() and `off` otherwise. The older switch governed both meters.
 MemoryReadout shownMemoryReadout(const SettingsStore& settings);
 StorageReadout shownStorageReadout(const SettingsStore& settings);
+/// The CPU and sensors readouts in force: the setting, or when it is not set `temperature`
+/// and `power`, the readouts the meters were first made with.
+CPUReadout shownCPUReadout(const SettingsStore& settings);
+SensorsReadout shownSensorsReadout(const SettingsStore& settings);
 
 /// "showMemoryPercent" when it holds a Boolean; false otherwise.
 bool legacyShowsPercent(const SettingsStore& settings);

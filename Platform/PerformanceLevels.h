@@ -13,6 +13,9 @@ struct PerformanceLevel {
     std::optional<std::int64_t> logicalCPUs;
     /// The level's name; absent when the source has none.
     std::optional<std::string> name;
+    /// The kernel's numbers of the level's CPUs, ascending; empty when the source does not say
+    /// which CPUs they are.
+    std::vector<std::uint32_t> cpus;
 
     friend bool operator==(const PerformanceLevel&, const PerformanceLevel&) = default;
 };

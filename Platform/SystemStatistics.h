@@ -35,6 +35,9 @@ struct CPULoadSample {
     std::optional<HostCPULoad> host;
     /// One entry per online logical CPU in the kernel's order; empty when unreadable.
     std::vector<ProcessorLoad> processors;
+    /// The kernel's CPU number of each entry of `processors`; a source that does not know them
+    /// leaves this empty, and entry i then stands for CPU i.
+    std::vector<std::uint32_t> processorNumbers;
 };
 
 /// Memory composition in bytes, and the cumulative paging totals in bytes.

@@ -9,22 +9,10 @@
 #include "CorvaneShared/JSONFileSettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
+#include "bench/BenchRuntime.h"
 
 namespace corvane {
 namespace {
-
-/// Drives refresh() by hand: the clock is real, timers and queues are never used because the
-/// benchmark calls refresh() itself and attaches no background source.
-class BenchRuntime final : public Clock, public TimerFactory, public MainQueue, public TaskRunner {
-public:
-    Runtime runtime() { return {*this, *this, *this, *this}; }
-    TimePoint now() const override { return std::chrono::steady_clock::now(); }
-    std::unique_ptr<Timer> startRepeating(double, double, std::function<void()>) override {
-        return nullptr;
-    }
-    void post(std::function<void()>) override {}
-    void run(std::function<void()>) override {}
-};
 
 /// One refresh of the monitor on the real /proc, with settings read from a real settings file
 /// (the plan reads six keys per refresh).

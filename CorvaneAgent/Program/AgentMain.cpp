@@ -9,6 +9,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/Program/HeadlessSession.h"
+#include "CorvaneAgent/Program/RenderSession.h"
 #include "CorvaneAgent/Program/UpdateCheckSession.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
@@ -33,7 +34,8 @@ int main(int argc, char** argv) {
         case AgentOptions::Mode::snapshot:
         case AgentOptions::Mode::stream:
         case AgentOptions::Mode::updateCheck:
-        case AgentOptions::Mode::updateInstall: break;
+        case AgentOptions::Mode::updateInstall:
+        case AgentOptions::Mode::render: break;
     }
     // Before the application object exists, since Qt reads the process's languages then.
     const auto executable = corvane::currentExecutablePath();
@@ -53,6 +55,9 @@ int main(int argc, char** argv) {
     language.recordLaunchCode();
     language.applyChoiceToProcessDefaults();
 
+    if (options.mode == AgentOptions::Mode::render) {
+        return corvane::runRender(argc, argv, options, language);
+    }
     QCoreApplication application(argc, argv);
     if (options.mode == AgentOptions::Mode::updateCheck ||
         options.mode == AgentOptions::Mode::updateInstall) {

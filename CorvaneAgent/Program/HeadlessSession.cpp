@@ -35,7 +35,8 @@ void printLine(const std::string& text) {
 
 }  // namespace
 
-int runHeadless(const AgentOptions& options, const AppLanguage& language) {
+int runHeadless(const AgentOptions& options, const AppLanguage& language,
+                SampledModelConsumer consumer) {
     SettingsStore& settings = SharedSettings::store();
     settings.registerDefaults(SharedSettings::factoryDefaults());
 
@@ -45,7 +46,8 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language) {
         return 2;
     }
 
-    const bool isSnapshot = options.mode == AgentOptions::Mode::snapshot;
+    // A render samples exactly as a snapshot does.
+    const bool isSnapshot = options.mode != AgentOptions::Mode::stream;
     QtRuntime runtime;
     MonitorServices services =
         machineServices(options, settings, runtime.runtime(),
@@ -64,6 +66,7 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language) {
     const std::optional<int> limit =
         isSnapshot ? options.refreshes.value_or(defaultSnapshotRefreshes) : options.refreshes;
     int refreshes = 0;
+    int status = 0;
     SystemMonitor& model = *monitor;
     monitor->setOnRefresh([&] {
         ++refreshes;
@@ -76,7 +79,9 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language) {
         // No further refresh may start work of its own while we wait for the last results.
         model.stopTimer();
         model.whenBackgroundWorkFinished([&] {
-            if (isSnapshot) {
+            if (isSnapshot && consumer) {
+                status = consumer(model, settings);
+            } else if (isSnapshot) {
                 printLine(jsonText(monitorSnapshot(model), 2));
             }
             // Queued, so that it also ends a loop that has not started yet.
@@ -84,7 +89,8 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language) {
         });
     });
     monitor->start();
-    return QCoreApplication::exec();
+    const int loopStatus = QCoreApplication::exec();
+    return loopStatus != 0 ? loopStatus : status;
 }
 
 }  // namespace corvane

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string>
 
@@ -32,13 +33,16 @@ std::optional<std::uint32_t> parseCPUNumber(std::string_view field) {
     return static_cast<std::uint32_t>(*number);
 }
 
+// One class of cores: its name and its CPUs.
+using CoreClass = std::pair<std::optional<std::string>, std::vector<std::uint32_t>>;
+
 // Levels with at least one CPU, in the order given; a single class of cores is no hierarchy.
-PerformanceLevels levelsFromCounts(
-    const std::vector<std::pair<std::optional<std::string>, std::int64_t>>& classes) {
+PerformanceLevels levelsFromClasses(std::vector<CoreClass> classes) {
     PerformanceLevels result;
-    for (const auto& [name, count] : classes) {
-        if (count > 0) {
-            result.levels.push_back({count, name});
+    for (auto& [name, cpus] : classes) {
+        if (!cpus.empty()) {
+            const auto count = static_cast<std::int64_t>(cpus.size());
+            result.levels.push_back({count, std::move(name), std::move(cpus)});
         }
     }
     if (result.levels.size() < 2) {
@@ -103,25 +107,26 @@ std::optional<std::vector<std::uint32_t>> parseCPUList(std::string_view text) {
 PerformanceLevels hybridPerformanceLevels(
     const std::vector<std::optional<std::vector<std::uint32_t>>>& pmuCPUs,
     const std::vector<std::uint32_t>& online) {
-    std::vector<std::pair<std::optional<std::string>, std::int64_t>> classes;
+    std::vector<CoreClass> classes;
     for (std::size_t i = 0; i < pmuCPUs.size() && i < hybridPMUs.size(); ++i) {
         if (!pmuCPUs[i]) {
             continue;
         }
         // The PMU lists the CPUs it supports, whether they are online now or not.
-        const auto count =
-            std::count_if(pmuCPUs[i]->begin(), pmuCPUs[i]->end(), [&](std::uint32_t cpu) {
-                return std::binary_search(online.begin(), online.end(), cpu);
-            });
-        classes.emplace_back(hybridPMUs[i].second, count);
+        std::vector<std::uint32_t> cpus;
+        std::copy_if(pmuCPUs[i]->begin(), pmuCPUs[i]->end(), std::back_inserter(cpus),
+                     [&](std::uint32_t cpu) {
+                         return std::binary_search(online.begin(), online.end(), cpu);
+                     });
+        classes.emplace_back(hybridPMUs[i].second, std::move(cpus));
     }
-    return levelsFromCounts(classes);
+    return levelsFromClasses(std::move(classes));
 }
 
-PerformanceLevels capacityPerformanceLevels(const std::vector<std::uint64_t>& capacities) {
-    std::map<std::uint64_t, std::int64_t, std::greater<>> cpusByCapacity;
-    for (const auto capacity : capacities) {
-        ++cpusByCapacity[capacity];
+PerformanceLevels capacityPerformanceLevels(const std::vector<CPUCapacity>& capacities) {
+    std::map<std::uint64_t, std::vector<std::uint32_t>, std::greater<>> cpusByCapacity;
+    for (const auto& [cpu, capacity] : capacities) {
+        cpusByCapacity[capacity].push_back(cpu);
     }
     // Three clusters are the phone-style chips, whose one or two fastest cores are sold as
     // "prime" cores above the big ones. Four or more (clusters of one core type binned to
@@ -131,15 +136,16 @@ PerformanceLevels capacityPerformanceLevels(const std::vector<std::uint64_t>& ca
     const auto* names = cpusByCapacity.size() == 2   ? &twoNames
                         : cpusByCapacity.size() == 3 ? &threeNames
                                                      : nullptr;
-    std::vector<std::pair<std::optional<std::string>, std::int64_t>> classes;
-    for (const auto& [capacity, count] : cpusByCapacity) {
+    std::vector<CoreClass> classes;
+    for (auto& [capacity, cpus] : cpusByCapacity) {
         std::optional<std::string> name;
         if (names != nullptr) {
             name = (*names)[classes.size()];
         }
-        classes.emplace_back(std::move(name), count);
+        std::sort(cpus.begin(), cpus.end());
+        classes.emplace_back(std::move(name), std::move(cpus));
     }
-    return levelsFromCounts(classes);
+    return levelsFromClasses(std::move(classes));
 }
 
 PerformanceLevels readPerformanceLevels(const std::filesystem::path& sysRoot) {
@@ -169,7 +175,7 @@ PerformanceLevels readPerformanceLevels(const std::filesystem::path& sysRoot) {
         return hybridPerformanceLevels(pmuCPUs, all);
     }
 
-    std::vector<std::uint64_t> capacities;
+    std::vector<CPUCapacity> capacities;
     for (const auto cpu : online ? *online : listCPUFolders(cpuDirectory)) {
         const auto path = cpuDirectory / ("cpu" + std::to_string(cpu)) / "cpu_capacity";
         const auto text = reader.read(path.c_str());
@@ -177,7 +183,7 @@ PerformanceLevels readPerformanceLevels(const std::filesystem::path& sysRoot) {
         // rather than guessed into one.
         if (const auto capacity =
                 text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt) {
-            capacities.push_back(*capacity);
+            capacities.push_back({cpu, *capacity});
         }
     }
     return capacityPerformanceLevels(capacities);

@@ -47,9 +47,10 @@ void LinuxSystemStatistics::readCPULoad(CPULoadSample& sample) {
     if (!text) {
         sample.host.reset();
         sample.processors.clear();
+        sample.processorNumbers.clear();
         return;
     }
-    sample = parseProcStat(*text, std::move(sample.processors));
+    sample = parseProcStat(*text, std::move(sample));
 }
 
 std::optional<std::array<double, 3>> LinuxSystemStatistics::loadAverages() {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include "Foundation/NumberParsing.h"
@@ -90,10 +91,11 @@ ProcessorLoad processorLoadFrom(const CPUTimes& times) {
     };
 }
 
-CPULoadSample parseProcStat(std::string_view text, std::vector<ProcessorLoad> storage) {
-    CPULoadSample sample;
-    sample.processors = std::move(storage);
+CPULoadSample parseProcStat(std::string_view text, CPULoadSample storage) {
+    CPULoadSample sample = std::move(storage);
+    sample.host.reset();
     sample.processors.clear();
+    sample.processorNumbers.clear();
     bool inCPULines = false;
     while (!text.empty()) {
         auto line = text::takeLine(text);
@@ -112,7 +114,12 @@ CPULoadSample parseProcStat(std::string_view text, std::vector<ProcessorLoad> st
         if (isHostLabel(label)) {
             sample.host = hostCPULoadFrom(*times);
         } else if (isProcessorLabel(label)) {
+            const auto number = parseNumber<std::uint32_t>(label.substr(cpuLabel.size()));
+            if (!number) {
+                continue;
+            }
             sample.processors.push_back(processorLoadFrom(*times));
+            sample.processorNumbers.push_back(*number);
         }
     }
     return sample;

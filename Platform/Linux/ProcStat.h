@@ -38,11 +38,10 @@ struct CPUTimes {
 [[nodiscard]] ProcessorLoad processorLoadFrom(const CPUTimes& times);
 
 /// Parses the text of /proc/stat: the "cpu" line into the host record, the "cpuN" lines into
-/// the processor list in file order (an offline CPU has no line). A malformed line is skipped;
-/// without a usable "cpu" line the host record is absent. The list is built in `storage`, so a
-/// caller that passes the previous list back allocates nothing. Parsing stops after the cpu
-/// lines, which the kernel prints first.
-[[nodiscard]] CPULoadSample parseProcStat(std::string_view text,
-                                          std::vector<ProcessorLoad> storage = {});
+/// the processor list in file order with their numbers N (an offline CPU has no line). A
+/// malformed line is skipped; without a usable "cpu" line the host record is absent. The lists
+/// are built in `storage`, so a caller that passes the previous sample back allocates nothing.
+/// Parsing stops after the cpu lines, which the kernel prints first.
+[[nodiscard]] CPULoadSample parseProcStat(std::string_view text, CPULoadSample storage = {});
 
 }  // namespace corvane

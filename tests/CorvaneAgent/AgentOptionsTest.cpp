@@ -31,6 +31,15 @@ TEST(AgentOptions, UpdateFlagsAreModes) {
               AgentOptions::Mode::updateInstall);
 }
 
+TEST(AgentOptions, RenderIsAOneOffModeWithItsDirectory) {
+    auto parsed = parse({"--render=/tmp/meters", "--refreshes", "1", "--open", "storage"});
+    ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
+    const auto& options = std::get<AgentOptions>(parsed);
+    EXPECT_EQ(options.mode, AgentOptions::Mode::render);
+    EXPECT_EQ(options.renderDirectory, "/tmp/meters");
+    EXPECT_EQ(options.refreshes, 1);
+}
+
 TEST(AgentOptions, HelpWinsOverEverythingAfterIt) {
     auto parsed = parse({"--stream", "--help", "--bogus"});
     ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
@@ -59,6 +68,9 @@ TEST(AgentOptions, RefusesBadInputWithOneLine) {
         {"update check and install", {"--update-install", "--update-check"}, "--update-check"},
         {"value on an update switch", {"--update-install=now"}, "--update-install"},
         {"refreshes with an update check", {"--update-check", "--refreshes", "2"}, "--refreshes"},
+        {"render without a directory", {"--render"}, "--render"},
+        {"render with an empty directory", {"--render="}, "--render"},
+        {"render and a snapshot", {"--render", "/tmp/m", "--snapshot"}, "--snapshot"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

@@ -8,6 +8,8 @@ namespace corvane::testing {
 struct FakeReadings {
     std::optional<HostCPULoad> host = HostCPULoad{};
     std::vector<ProcessorLoad> processors = {ProcessorLoad{}, ProcessorLoad{}};
+    /// Empty: the source does not number its processors.
+    std::vector<std::uint32_t> processorNumbers;
     std::optional<std::array<double, 3>> loadAverages = std::array<double, 3>{0.5, 0.25, 0.125};
     std::optional<VMStatistics> vm = VMStatistics{};
     std::optional<SwapUsage> swap = SwapUsage{};
@@ -26,6 +28,7 @@ public:
     void readCPULoad(CPULoadSample& sample) override {
         sample.host = readings.host;
         sample.processors = readings.processors;
+        sample.processorNumbers = readings.processorNumbers;
     }
     std::optional<std::array<double, 3>> loadAverages() override { return readings.loadAverages; }
     MemorySample readMemory() override { return {readings.vm, readings.swap}; }

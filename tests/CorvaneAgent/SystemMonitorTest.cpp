@@ -8,6 +8,7 @@
 
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
+#include "Platform/Linux/CPUTopology.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
 #include "tests/CorvaneAgent/FakeSystemStatistics.h"
 #include "tests/support/ManualScheduler.h"
@@ -94,6 +95,7 @@ protected:
                     return std::optional(BatteryInfo{.chargePercent = 80});
                 },
             .displayState = std::move(display),
+            .coreTiers = tiers,
         };
         auto monitor = SystemMonitor::create(std::move(services));
         for (MonitorSection section : open) {
@@ -113,6 +115,7 @@ protected:
     std::shared_ptr<FakeProcesses> processes;
     std::unique_ptr<FakeGPU> gpu;
     int batteryReads = 0;
+    std::vector<CoreTier> tiers;
     std::shared_ptr<std::function<void(DisplayEvent)>> displayHandler;
 };
 
@@ -152,6 +155,22 @@ TEST_F(SystemMonitorTest, ChangedCPUCountShowsZerosForOneRefresh) {
     readings.processors = {{30, 0, 10, 0}};
     scheduler.advance(1.0);
     EXPECT_EQ(monitor->fields().coreUsages, std::vector<double>{1.0});
+}
+
+TEST_F(SystemMonitorTest, PerformanceCoresFollowTheCPUNumbersAsCPUsGoOffline) {
+    // The big cores of a big.LITTLE board are its high-numbered CPUs.
+    tiers = {{"Performance", 3, {4, 5, 6}}, {"Efficiency", 4, {0, 1, 2, 3}}};
+    readings.processors = std::vector<ProcessorLoad>(7);
+    readings.processorNumbers = {0, 1, 2, 3, 4, 5, 6};
+    auto monitor = makeMonitor();
+    EXPECT_EQ(monitor->performanceCores(),
+              (std::vector<bool>{false, false, false, false, true, true, true}));
+
+    readings.processors = std::vector<ProcessorLoad>(6);
+    readings.processorNumbers = {0, 1, 3, 4, 5, 6};  // cpu2 went offline
+    scheduler.advance(1.0);
+    EXPECT_EQ(monitor->performanceCores(),
+              (std::vector<bool>{false, false, false, true, true, true}));
 }
 
 TEST_F(SystemMonitorTest, PagingRatesUseTheClampedElapsedTime) {
@@ -609,6 +628,23 @@ TEST_F(SystemMonitorTest, CountersOfAFixtureMachineThatWrapOrGoBackwardsBetweenR
     ASSERT_EQ(monitor->fields().coreUsages.size(), 2u);
     EXPECT_NEAR(monitor->fields().coreUsages[0], 1.0 - 5010.0 / 5660.0, 1e-12);
     EXPECT_EQ(monitor->fields().coreUsages[1], 0.0);
+}
+
+TEST_F(SystemMonitorTest, BigCoresOfAnArmBoardAreItsHighNumberedCPUs) {
+    // cpu0-3 are the little cores, cpu4-6 the big ones; cpu7 (big) is offline, so /proc/stat
+    // has seven lines and the tiers count three big cores.
+    const std::filesystem::path tree =
+        std::filesystem::path(CORVANE_FIXTURES) / "arm-biglittle-board";
+    auto monitor = SystemMonitor::create({
+        .settings = settings,
+        .runtime = scheduler.runtime(),
+        .statistics = std::make_unique<LinuxSystemStatistics>(tree / "proc", tree / "sys"),
+        .coreTiers = coreTiersFrom(readPerformanceLevels(tree / "sys")),
+    });
+    monitor->start();
+    EXPECT_EQ(monitor->performanceCoreCount(), 3);
+    EXPECT_EQ(monitor->performanceCores(),
+              (std::vector<bool>{false, false, false, false, true, true, true}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -37,6 +38,52 @@ TEST(CoreTopology, BuildsTiersFromPerformanceLevels) {
         const auto tiers = coreTiersFrom(row.levels);
         EXPECT_EQ(tiers, row.expected);
         EXPECT_EQ(totalCores(tiers, 4), row.totalWithFourActive);
+    }
+}
+
+TEST(CoreTopology, MarksTheFastestTiersCPUsByTheirNumbers) {
+    using Mask = std::vector<bool>;
+    using Numbers = std::vector<std::uint32_t>;
+    const std::vector<CoreTier> bigLittle = {{"Performance", 2, {4, 5}},
+                                             {"Efficiency", 4, {0, 1, 2, 3}}};
+    struct Row {
+        std::string_view name;
+        std::vector<CoreTier> tiers;
+        Numbers numbers;
+        std::size_t cores;
+        Mask expected;
+    };
+    const Row rows[] = {
+        {"one kind of core", {}, {0, 1, 2}, 3, {false, false, false}},
+        {"fast cores numbered last",
+         bigLittle,
+         {0, 1, 2, 3, 4, 5},
+         6,
+         {false, false, false, false, true, true}},
+        {"an offline little core shifts the readings",
+         bigLittle,
+         {0, 2, 3, 4, 5},
+         5,
+         {false, false, false, true, true}},
+        {"readings without numbers stand for CPU 0, 1, ...",
+         bigLittle,
+         {},
+         6,
+         {false, false, false, false, true, true}},
+        {"a tier that does not list its CPUs takes the first readings",
+         {{"Performance", 2}, {"Efficiency", 2}},
+         {0, 1, 2, 3},
+         4,
+         {true, true, false, false}},
+        {"a count beyond the readings",
+         {{"Performance", 9}, {"Efficiency", 1}},
+         {0, 1},
+         2,
+         {true, true}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(performanceCoreMask(row.tiers, row.numbers, row.cores), row.expected);
     }
 }
 

@@ -3,11 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -259,6 +261,84 @@ TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
         EXPECT_TRUE(run.errors.starts_with("corvane-agent: ")) << run.errors;
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
     }
+}
+
+/// The pixel size a PNG file's header gives; {0, 0} when it is no PNG.
+std::pair<int, int> pngSize(const fs::path& path) {
+    const std::string bytes = corvane::testing::readAll(path);
+    if (bytes.size() < 24 || bytes.compare(1, 3, "PNG") != 0) {
+        return {0, 0};
+    }
+    auto bigEndian = [&](std::size_t at) {
+        int value = 0;
+        for (std::size_t i = at; i < at + 4; ++i) {
+            value = value * 256 + static_cast<unsigned char>(bytes[i]);
+        }
+        return value;
+    };
+    return {bigEndian(16), bigEndian(20)};
+}
+
+TEST_F(AgentProgramTest, RenderDrawsEveryShownMeterAndItsLayout) {
+    struct Row {
+        const char* name;
+        const char* settings;
+        std::vector<std::string> meters;
+        double cpuWidth;
+    };
+    const Row rows[] = {
+        // Factory settings, eight CPUs: 7 + 8 × 4.9 + 4 for the bars, the cpu symbol (14)
+        // and 1, a gap of 5, a temperature column of 27 and its gap, the last point.
+        {"factory settings", "{}", {"storage", "sensors", "memory", "cpu"}, 50.2 + 15 + 5 + 32 + 1},
+        {"letters, no CPU readout, memory hidden, own order",
+         R"({"meterLabelStyle": "letters", "cpuReadout": "off", "showMemoryItem": false,
+             "menuBarOrder": "cpu,storage"})",
+         {"cpu", "storage", "sensors"},
+         50.2 + 7 + 3 + 1},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        storeSettings(row.settings);
+        const fs::path directory = configHome / "render" / "meters";
+        fs::remove_all(directory);
+        ProgramRun run =
+            runAgent("--render " + directory.string() + " --refreshes 1 --interval 0.01 " +
+                     rootsOf("laptop-zram-zswap-x86_64"));
+        ASSERT_EQ(run.status, 0) << run.errors;
+        // Ordered: the meters stand in menu-bar order.
+        const auto layout = nlohmann::ordered_json::parse(
+            corvane::testing::readAll(directory / "layout.json"), nullptr, false);
+        ASSERT_TRUE(layout.is_object());
+        std::vector<std::string> meters;
+        for (const auto& [key, meter] : layout["meters"].items()) {
+            meters.push_back(key);
+            const int width = meter["imageWidth"];
+            EXPECT_EQ(width, static_cast<int>(std::ceil(meter["itemWidth"].get<double>() * 2)));
+            EXPECT_EQ(meter["imageHeight"], 44);
+            const auto expected = std::pair(width, 44);
+            EXPECT_EQ(pngSize(directory / ("meter-" + key + ".png")), expected) << key;
+            EXPECT_EQ(pngSize(directory / ("meter-" + key + "-light.png")), expected) << key;
+        }
+        EXPECT_EQ(meters, row.meters);
+        EXPECT_NEAR(layout["meters"]["cpu"]["itemWidth"].get<double>(), row.cpuWidth, 1e-9);
+        // One bar per CPU of the capture, each as idle as a capture's counters leave it.
+        const std::string signature = layout["meters"]["cpu"]["signature"];
+        EXPECT_NE(signature.find("|00000000|"), std::string::npos) << signature;
+        const bool memoryShown = std::find(meters.begin(), meters.end(), "memory") != meters.end();
+        EXPECT_EQ(fs::exists(directory / "meter-memory.png"), memoryShown);
+    }
+}
+
+TEST_F(AgentProgramTest, RenderRefusesADirectoryItCannotWrite) {
+    const fs::path file = configHome / "not-a-directory";
+    std::ofstream(file) << "x";
+    ProgramRun run = runAgent("--render " + file.string() + " --procfs " +
+                              (fixtures / "debian12-kvm-x86_64" / "proc").string());
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.output.empty());
+    EXPECT_TRUE(run.errors.starts_with("corvane-agent: --render: ")) << run.errors;
+    EXPECT_NE(run.errors.find(file.string()), std::string::npos);
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
 }
 
 }  // namespace

@@ -31,20 +31,22 @@ TEST(CPUTopology, ParsesCPULists) {
     }
 }
 
-TEST(CPUTopology, CountsOnlineCPUsPerLevel) {
+TEST(CPUTopology, ListsOnlineCPUsPerLevel) {
     using Levels = std::vector<PerformanceLevel>;
     const auto core = std::optional(*parseCPUList("0-7"));
     const auto atom = std::optional(*parseCPUList("8-15"));
     EXPECT_EQ(hybridPerformanceLevels({core, atom, std::nullopt}, *parseCPUList("0-5,8-9")).levels,
-              (Levels{{6, "Performance"}, {2, "Efficiency"}}));
+              (Levels{{6, "Performance", {0, 1, 2, 3, 4, 5}}, {2, "Efficiency", {8, 9}}}));
     // With every E-core offline there is one kind of core left: no levels.
     EXPECT_EQ(hybridPerformanceLevels({core, atom, std::nullopt}, *parseCPUList("0-7")),
               PerformanceLevels{});
-    EXPECT_EQ(capacityPerformanceLevels({1024, 1024, 1024}), PerformanceLevels{});
-    EXPECT_EQ(capacityPerformanceLevels({512, 1024, 870, 870, 512}).levels,
-              (Levels{{1, "Prime"}, {2, "Performance"}, {2, "Efficiency"}}));
-    EXPECT_EQ(capacityPerformanceLevels({1024, 900, 800, 400}).levels,
-              (Levels{{1, {}}, {1, {}}, {1, {}}, {1, {}}}));
+    EXPECT_EQ(capacityPerformanceLevels({{0, 1024}, {1, 1024}, {2, 1024}}), PerformanceLevels{});
+    // Capacities in CPU order as a phone-style chip reports them: the fast cores are neither
+    // first nor together.
+    EXPECT_EQ(capacityPerformanceLevels({{0, 512}, {1, 1024}, {2, 870}, {3, 870}, {4, 512}}).levels,
+              (Levels{{1, "Prime", {1}}, {2, "Performance", {2, 3}}, {2, "Efficiency", {0, 4}}}));
+    EXPECT_EQ(capacityPerformanceLevels({{3, 1024}, {2, 900}, {1, 800}, {0, 400}}).levels,
+              (Levels{{1, {}, {3}}, {1, {}, {2}}, {1, {}, {1}}, {1, {}, {0}}}));
 }
 
 TEST(CPUTopology, ReadsEachFixtureTree) {
@@ -53,9 +55,14 @@ TEST(CPUTopology, ReadsEachFixtureTree) {
         PerformanceLevels expected;
     };
     const Row rows[] = {
-        {"intel-laptop-hybrid", {2, {{8, "Performance"}, {8, "Efficiency"}}}},
-        // cpu7 is offline; its cpu_capacity still reads 1024.
-        {"arm-biglittle-board", {2, {{3, "Performance"}, {4, "Efficiency"}}}},
+        {"intel-laptop-hybrid",
+         {2,
+          {{8, "Performance", {0, 1, 2, 3, 4, 5, 6, 7}},
+           {8, "Efficiency", {8, 9, 10, 11, 12, 13, 14, 15}}}}},
+        // The big cores are the high-numbered ones; cpu7 is offline though its cpu_capacity
+        // still reads 1024.
+        {"arm-biglittle-board",
+         {2, {{3, "Performance", {4, 5, 6}}, {4, "Efficiency", {0, 1, 2, 3}}}}},
         {"amd-desktop", {}},
         {"no-such-tree", {}},
     };

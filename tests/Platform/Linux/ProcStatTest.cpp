@@ -73,6 +73,18 @@ TEST(ProcStat, ParsesHostAndProcessorLines) {
     }
 }
 
+TEST(ProcStat, NumbersEachProcessorLineAsTheKernelDoes) {
+    // Offline CPUs leave gaps, so a line's position is not its CPU number.
+    auto sample =
+        parseProcStat("cpu  6 0 0 0\ncpu0 1 0 0 0\ncpu2 2 0 0 0\ncpu17 3 0 0 0\ncpu18 x 0 0 0\n");
+    EXPECT_EQ(sample.processors.size(), 3u);
+    EXPECT_EQ(sample.processorNumbers, (std::vector<std::uint32_t>{0, 2, 17}));
+    // A reused sample keeps nothing of the previous parse.
+    sample = parseProcStat("cpu  1 0 0 0\ncpu5 1 0 0 0\n", std::move(sample));
+    EXPECT_EQ(sample.processorNumbers, (std::vector<std::uint32_t>{5}));
+    EXPECT_EQ(sample.processors.size(), 1u);
+}
+
 struct WideSumRow {
     std::string_view name;
     CPUTimes times;
