@@ -6,7 +6,7 @@ BUILD_TYPE ?= RelWithDebInfo
 SANITIZE_DIR ?= build-sanitize
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize bench format clean
+.PHONY: all setup build run test test-sanitize bench bundle format clean
 
 all: build
 
@@ -35,6 +35,10 @@ test-sanitize: setup
 
 bench: build
 	$(BUILD_DIR)/bench/corvane-bench
+
+# The portable bundle: $(BUILD_DIR)/bundle/Corvane.app and Corvane-<version>.tar.xz.
+bundle: build
+	cmake --build $(BUILD_DIR) --target bundle
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i

@@ -1,9 +1,9 @@
 #include "CorvaneAgent/AgentOptions.h"
 
-#include <charconv>
-#include <cmath>
 #include <system_error>
 #include <utility>
+
+#include "Foundation/NumberParsing.h"
 
 namespace corvane {
 
@@ -12,24 +12,6 @@ namespace {
 constexpr double minimumInterval = 0.01;
 constexpr double maximumInterval = 3600.0;
 constexpr int maximumRefreshes = 1'000'000;
-
-std::optional<int> parseCount(std::string_view text) {
-    int value = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-std::optional<double> parseSeconds(std::string_view text) {
-    double value = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
 
 std::optional<ArgumentError> checkDirectory(std::string_view flag,
                                             const std::filesystem::path& path) {
@@ -112,6 +94,14 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             options.mode = AgentOptions::Mode::help;
             return options;
         }
+        if (flag == "--update-check" || flag == "--update-install") {
+            auto mode = flag == "--update-check" ? AgentOptions::Mode::updateCheck
+                                                 : AgentOptions::Mode::updateInstall;
+            if (auto error = setMode(mode, flag)) {
+                return *error;
+            }
+            continue;
+        }
         if (flag == "--snapshot" || flag == "--stream") {
             auto mode =
                 flag == "--snapshot" ? AgentOptions::Mode::snapshot : AgentOptions::Mode::stream;
@@ -128,7 +118,7 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             if (!value) {
                 return missingValue(flag, "a count");
             }
-            auto count = parseCount(*value);
+            auto count = parseNumber<int>(*value);
             if (!count || *count < 1 || *count > maximumRefreshes) {
                 return badValue(flag, *value, "a whole number from 1 to 1000000");
             }
@@ -137,7 +127,7 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             if (!value) {
                 return missingValue(flag, "a number of seconds");
             }
-            auto seconds = parseSeconds(*value);
+            auto seconds = parseNumber<double>(*value);
             if (!seconds || *seconds < minimumInterval || *seconds > maximumInterval) {
                 return badValue(flag, *value, "a number of seconds from 0.01 to 3600");
             }
@@ -200,7 +190,10 @@ Options:
                        dark menu bar and meter-SECTION-light.png on a light one,
                        at 2 pixels per point, and layout.json with each meter's
                        widths, draw signature and image size; needs no display
-  --refreshes N        how many refreshes (default for --snapshot and --render: 2)
+  --refreshes N        how many refreshes (default for --snapshot and --render: )" +
+           std::to_string(defaultSnapshotRefreshes) + R"(, which
+                       scans the processes twice, so CPU shares and disk rates
+                       cover the time between the scans)
   --interval S         seconds between refreshes, 0.01 to 3600
                        (default: the "refreshInterval" setting, 1 second)
   --open SECTION       sample as if SECTION's panel were open: cpu, memory,
@@ -209,6 +202,10 @@ Options:
   --sysfs DIR          read /sys from DIR (default /sys)
   --smc-table FILE     read temperatures, fans and power from a recorded
                        controller table (also $CORVANE_SMC_TABLE)
+  --update-check       check the bundle's update feed once and print the outcome
+                       as one JSON line (version, offer, installed, error)
+  --update-install     the same, and install what was found without asking, then
+                       start the agent from the new bundle
   -h, --help           show this text
 
 Settings: $XDG_CONFIG_HOME/corvane/<suite>.json (default ~/.config/corvane); the

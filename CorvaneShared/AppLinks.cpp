@@ -5,6 +5,7 @@
 
 #include "CorvaneShared/BuildInfo.h"
 #include "CorvaneShared/BundleDirectory.h"
+#include "CorvaneShared/BundleEmbedding.h"
 #include "CorvaneShared/DesktopEntry.h"
 
 namespace corvane {
@@ -12,15 +13,6 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The folders between the companion's bundle and the agent's in the portable layout:
-// Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app.
-constexpr int embeddingDepth = 4;
-
-fs::path withoutTrailingSeparator(const fs::path& path) {
-    const fs::path normal = path.lexically_normal();
-    return normal.has_filename() ? normal : normal.parent_path();
-}
 
 }  // namespace
 
@@ -31,12 +23,9 @@ AppLinks::AppLinks(Sources sources)
 
 std::optional<fs::path> AppLinks::containingAppURL() const {
     if (sources.agentBundle) {
-        fs::path candidate = withoutTrailingSeparator(*sources.agentBundle);
-        for (int level = 0; level < embeddingDepth; ++level) {
-            candidate = candidate.parent_path();
-        }
+        const std::optional<fs::path> candidate = embeddingAppBundle(*sources.agentBundle);
         const std::optional<BundleInfo> info =
-            candidate.extension() == ".app" ? BundleDirectory::readInfo(candidate) : std::nullopt;
+            candidate ? BundleDirectory::readInfo(*candidate) : std::nullopt;
         if (info && info->identifier == sources.appBundleIdentifier) {
             return candidate;
         }

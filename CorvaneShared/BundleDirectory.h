@@ -15,10 +15,17 @@ struct BundleInfo {
     std::optional<std::string> executable;
     /// The language its text keys are written in; absent when the info does not say.
     std::optional<std::string> developmentLocalization;
+    /// The version people read ("2.1") and the build ("57"); absent when the info lacks them.
+    std::optional<std::string> version;
+    std::optional<std::string> build;
+    /// The main bundle's update feed and the base64 Ed25519 key its archives are signed with.
+    std::optional<std::string> feedURL;
+    std::optional<std::string> publicEDKey;
 };
 
 /// The bundle layout on Linux: a bundle is a directory whose `share/corvane/` holds the bundle
-/// info (`bundle.json`: "identifier", "executable", "developmentLocalization") and the compiled
+/// info (`bundle.json`: "identifier", "executable", "developmentLocalization", "version",
+/// "build", "SUFeedURL", "SUPublicEDKey") and the compiled
 /// translations (`translations/corvane_<language>.qm`). An install prefix, the build tree and
 /// each `.app` folder of the portable layout are bundles. Every call reads the disk afresh;
 /// nothing throws; any thread.
@@ -31,9 +38,9 @@ std::filesystem::path resourceDirectory(const std::filesystem::path& bundle);
 std::filesystem::path translationFile(const std::filesystem::path& bundle,
                                       std::string_view language);
 
-/// The bundle's info; absent when the file is missing, is not a JSON object, or has no
-/// non-empty string "identifier" (the directory then does not open as a bundle). Members of
-/// another type than string read as absent.
+/// The bundle's info; absent when the file is missing, larger than 1 MiB (bundle info takes a
+/// few lines), is not a JSON object, or has no non-empty string "identifier" (the directory
+/// then does not open as a bundle). Members of another type than string read as absent.
 std::optional<BundleInfo> readInfo(const std::filesystem::path& bundle);
 
 /// The languages of the bundle's translation files, sorted by name; '_' in a file's language

@@ -12,7 +12,7 @@
 
 #include "CorvaneAgent/MenuBarMeter.h"
 #include "CorvaneAgent/SystemMonitor.h"
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 #include "CorvaneShared/MeterSettings.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneShared/UI/StatusMetricView.h"
@@ -82,7 +82,7 @@ void signaturesOfFourMeters(benchmark::State& state, SettingsStore& settings) {
 void BM_FourDrawSignatures(benchmark::State& state) {
     const auto directory = benchDirectory();
     {
-        JsonFileSettingsStore settings(directory / "bench.json");
+        JSONFileSettingsStore settings(directory / "bench.json");
         signaturesOfFourMeters(state, settings);
     }
     std::filesystem::remove_all(directory);

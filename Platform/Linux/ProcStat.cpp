@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -55,7 +56,7 @@ std::optional<CPUTimes> parseCPUTimes(std::string_view columns) {
         if (field.empty()) {
             break;
         }
-        const auto value = text::parseUnsigned(field);
+        const auto value = parseNumber<std::uint64_t>(field);
         if (!value) {
             return std::nullopt;
         }
@@ -113,12 +114,12 @@ CPULoadSample parseProcStat(std::string_view text, CPULoadSample storage) {
         if (isHostLabel(label)) {
             sample.host = hostCPULoadFrom(*times);
         } else if (isProcessorLabel(label)) {
-            const auto number = text::parseUnsigned(label.substr(cpuLabel.size()));
-            if (!number || *number > std::numeric_limits<std::uint32_t>::max()) {
+            const auto number = parseNumber<std::uint32_t>(label.substr(cpuLabel.size()));
+            if (!number) {
                 continue;
             }
             sample.processors.push_back(processorLoadFrom(*times));
-            sample.processorNumbers.push_back(static_cast<std::uint32_t>(*number));
+            sample.processorNumbers.push_back(*number);
         }
     }
     return sample;

@@ -76,5 +76,57 @@
         <extracomment>A fan speed; %@ is the number of revolutions per minute, already formatted.</extracomment>
         <translation>%@ rpm</translation>
     </message>
+    <message>
+        <source>Software Update</source>
+        <translation>Actualización de software</translation>
+    </message>
+    <message>
+        <source>Corvane %1 is available — you have %2</source>
+        <translation>Corvane %1 está disponible; tienes la versión %2</translation>
+    </message>
+    <message>
+        <source>Read the release notes</source>
+        <translation>Leer las notas de la versión</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>Omitir esta versión</translation>
+    </message>
+    <message>
+        <source>Remind Me Later</source>
+        <translation>Recordármelo más tarde</translation>
+    </message>
+    <message>
+        <source>Install and Relaunch</source>
+        <translation>Instalar y reiniciar</translation>
+    </message>
+    <message>
+        <source>Downloading Corvane %1…</source>
+        <translation>Descargando Corvane %1…</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Installing Corvane %1…</source>
+        <translation>Instalando Corvane %1…</translation>
+    </message>
+    <message>
+        <source>You're up to date</source>
+        <translation>Ya tienes la última versión</translation>
+    </message>
+    <message>
+        <source>Corvane %1 is the newest version available.</source>
+        <translation>Corvane %1 es la versión más reciente disponible.</translation>
+    </message>
+    <message>
+        <source>The update could not be completed.</source>
+        <translation>No se ha podido completar la actualización.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
 </context>
 </TS>

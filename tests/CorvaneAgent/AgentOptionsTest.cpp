@@ -24,6 +24,13 @@ TEST(AgentOptions, AcceptsEveryFlagInBothSpellings) {
     EXPECT_EQ(options.procfs, "/");
 }
 
+TEST(AgentOptions, UpdateFlagsAreModes) {
+    EXPECT_EQ(std::get<AgentOptions>(parse({"--update-check"})).mode,
+              AgentOptions::Mode::updateCheck);
+    EXPECT_EQ(std::get<AgentOptions>(parse({"--update-install", "--update-install"})).mode,
+              AgentOptions::Mode::updateInstall);
+}
+
 TEST(AgentOptions, RenderIsAOneOffModeWithItsDirectory) {
     auto parsed = parse({"--render=/tmp/meters", "--refreshes", "1", "--open", "storage"});
     ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
@@ -57,6 +64,10 @@ TEST(AgentOptions, RefusesBadInputWithOneLine) {
         {"two modes", {"--snapshot", "--stream"}, "--stream"},
         {"value on a switch", {"--snapshot=yes"}, "--snapshot"},
         {"refreshes without a headless mode", {"--refreshes", "2"}, "--refreshes"},
+        {"update check and a snapshot", {"--update-check", "--snapshot"}, "--snapshot"},
+        {"update check and install", {"--update-install", "--update-check"}, "--update-check"},
+        {"value on an update switch", {"--update-install=now"}, "--update-install"},
+        {"refreshes with an update check", {"--update-check", "--refreshes", "2"}, "--refreshes"},
         {"render without a directory", {"--render"}, "--render"},
         {"render with an empty directory", {"--render="}, "--render"},
         {"render and a snapshot", {"--render", "/tmp/m", "--snapshot"}, "--snapshot"},

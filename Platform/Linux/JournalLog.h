@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "Platform/Log.h"
+
+namespace corvane {
+
+/// Log lines to the systemd journal, with the subsystem and the category as the fields
+/// CORVANE_SUBSYSTEM and CORVANE_CATEGORY (`journalctl CORVANE_CATEGORY=updates`); to standard
+/// error, prefixed with the category, when there is no journal. Standard lines go at notice
+/// priority, errors at err. Main thread.
+class JournalLog final : public Log {
+public:
+    JournalLog(std::string subsystem, std::string category);
+
+    void write(LogLevel level, std::string_view message) override;
+
+private:
+    std::string subsystem;
+    std::string category;
+    bool toJournal;
+};
+
+}  // namespace corvane

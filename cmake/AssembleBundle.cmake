@@ -1,0 +1,76 @@
+# Lays out the portable bundle and packs it:
+#   Corvane.app/share/corvane/bundle.json          the main bundle's information
+#   Corvane.app/bin/corvanectl
+#   Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app/
+#       bin/corvane-agent, share/corvane/bundle.json, share/corvane/translations/*.qm
+# and <OUTPUT_DIR>/Corvane-<VERSION>.tar.xz holding Corvane.app.
+#
+# cmake -D OUTPUT_DIR=… -D AGENT_PROGRAM=… -D CTL_PROGRAM=… -D TRANSLATIONS_DIR=…
+#       -D APP_ID=… -D AGENT_ID=… -D VERSION=… -D BUILD=… [-D FEED_URL=…] [-D PUBLIC_KEY=…]
+#       [-D PACK=OFF] -P AssembleBundle.cmake
+# `make bundle` runs it with the build's values; the end-to-end update test runs it to make
+# the installed and the offered bundle.
+cmake_minimum_required(VERSION 3.25)
+
+foreach(_required IN ITEMS OUTPUT_DIR AGENT_PROGRAM CTL_PROGRAM TRANSLATIONS_DIR APP_ID AGENT_ID
+                           VERSION BUILD)
+    if(NOT DEFINED ${_required} OR "${${_required}}" STREQUAL "")
+        message(FATAL_ERROR "AssembleBundle: ${_required} is not set")
+    endif()
+endforeach()
+
+# The values reach JSON as string literals.
+function(json_string out value)
+    string(REPLACE "\\" "\\\\" value "${value}")
+    string(REPLACE "\"" "\\\"" value "${value}")
+    set(${out} "\"${value}\"" PARENT_SCOPE)
+endfunction()
+
+set(_app "${OUTPUT_DIR}/Corvane.app")
+set(_agent "${_app}/Contents/Library/LoginItems/CorvaneAgent.app")
+# A bundle is made whole or not at all: start from nothing.
+file(REMOVE_RECURSE "${_app}")
+file(MAKE_DIRECTORY "${_app}/bin" "${_app}/share/corvane" "${_agent}/bin"
+    "${_agent}/share/corvane/translations")
+
+file(COPY "${CTL_PROGRAM}" DESTINATION "${_app}/bin")
+file(COPY "${AGENT_PROGRAM}" DESTINATION "${_agent}/bin")
+file(GLOB _translations "${TRANSLATIONS_DIR}/*.qm")
+file(COPY ${_translations} DESTINATION "${_agent}/share/corvane/translations")
+
+foreach(_name IN ITEMS APP_ID AGENT_ID VERSION BUILD FEED_URL PUBLIC_KEY)
+    json_string(_${_name} "${${_name}}")
+endforeach()
+get_filename_component(_agent_program "${AGENT_PROGRAM}" NAME)
+json_string(_executable "bin/${_agent_program}")
+
+file(WRITE "${_app}/share/corvane/bundle.json" "{
+    \"identifier\": ${_APP_ID},
+    \"version\": ${_VERSION},
+    \"build\": ${_BUILD},
+    \"SUFeedURL\": ${_FEED_URL},
+    \"SUPublicEDKey\": ${_PUBLIC_KEY},
+    \"developmentLocalization\": \"en\"
+}
+")
+file(WRITE "${_agent}/share/corvane/bundle.json" "{
+    \"identifier\": ${_AGENT_ID},
+    \"executable\": ${_executable},
+    \"version\": ${_VERSION},
+    \"build\": ${_BUILD},
+    \"developmentLocalization\": \"en\"
+}
+")
+
+if(DEFINED PACK AND NOT PACK)
+    message(STATUS "Bundle: ${_app}")
+    return()
+endif()
+set(_archive "${OUTPUT_DIR}/Corvane-${VERSION}.tar.xz")
+file(REMOVE "${_archive}")
+execute_process(COMMAND "${CMAKE_COMMAND}" -E tar cJf "${_archive}" Corvane.app
+    WORKING_DIRECTORY "${OUTPUT_DIR}" RESULT_VARIABLE _packed)
+if(NOT _packed EQUAL 0)
+    message(FATAL_ERROR "AssembleBundle: cannot pack ${_archive}")
+endif()
+message(STATUS "Bundle: ${_app}, archive: ${_archive}")
