@@ -1,9 +1,9 @@
 #include "CorvaneAgent/AgentOptions.h"
 
-#include <charconv>
-#include <cmath>
 #include <system_error>
 #include <utility>
+
+#include "Foundation/NumberParsing.h"
 
 namespace corvane {
 
@@ -12,24 +12,6 @@ namespace {
 constexpr double minimumInterval = 0.01;
 constexpr double maximumInterval = 3600.0;
 constexpr int maximumRefreshes = 1'000'000;
-
-std::optional<int> parseCount(std::string_view text) {
-    int value = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-std::optional<double> parseSeconds(std::string_view text) {
-    double value = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
 
 std::optional<ArgumentError> checkDirectory(std::string_view flag,
                                             const std::filesystem::path& path) {
@@ -135,7 +117,7 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             if (!value) {
                 return missingValue(flag, "a count");
             }
-            auto count = parseCount(*value);
+            auto count = parseNumber<int>(*value);
             if (!count || *count < 1 || *count > maximumRefreshes) {
                 return badValue(flag, *value, "a whole number from 1 to 1000000");
             }
@@ -144,7 +126,7 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
             if (!value) {
                 return missingValue(flag, "a number of seconds");
             }
-            auto seconds = parseSeconds(*value);
+            auto seconds = parseNumber<double>(*value);
             if (!seconds || *seconds < minimumInterval || *seconds > maximumInterval) {
                 return badValue(flag, *value, "a number of seconds from 0.01 to 3600");
             }
@@ -193,7 +175,10 @@ Options:
                        started, print one JSON object of every reading, and exit
   --stream             print one JSON line per refresh until interrupted
                        (or until --refreshes samples, when given)
-  --refreshes N        how many refreshes (default for --snapshot: 2)
+  --refreshes N        how many refreshes (default for --snapshot: )" +
+           std::to_string(defaultSnapshotRefreshes) + R"(, which
+                       scans the processes twice, so CPU shares and disk rates
+                       cover the time between the scans)
   --interval S         seconds between refreshes, 0.01 to 3600
                        (default: the "refreshInterval" setting, 1 second)
   --open SECTION       sample as if SECTION's panel were open: cpu, memory,

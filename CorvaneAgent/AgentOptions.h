@@ -8,9 +8,14 @@
 #include <variant>
 #include <vector>
 
+#include "CorvaneAgent/SamplingPlan.h"
 #include "CorvaneShared/MonitorSection.h"
 
 namespace corvane {
+
+/// How many refreshes a snapshot takes when not told: enough for two process scans, since the
+/// first scan has nothing to compare with and shows every CPU share and disk rate as 0.
+inline constexpr int defaultSnapshotRefreshes = processAndSensorEvery + 1;
 
 /// What `corvane-agent` was asked to do on its command line.
 struct AgentOptions {
@@ -30,7 +35,8 @@ struct AgentOptions {
     };
 
     Mode mode = Mode::menuBar;
-    /// How many refreshes a snapshot takes (2 when not given); a stream's limit when given.
+    /// How many refreshes a snapshot takes (`defaultSnapshotRefreshes` when not given); a
+    /// stream's limit when given.
     std::optional<int> refreshes;
     /// Seconds between refreshes; absent means the configured interval.
     std::optional<double> interval;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "CorvaneAgent/MonitorFields.h"
-#include "Platform/Subscription.h"
+#include "Foundation/Subscription.h"
 
 namespace corvane {
 

@@ -106,6 +106,18 @@ std::vector<std::string> chipDistinctions(const std::vector<HwmonChip>& chips) {
     return distinctions;
 }
 
+// Whether a temperature sensor is among those the menu bar reads: the CPU and GPU sensors. An
+// applesmc sensor is a controller key and is read in the scope the controller source reads
+// that key in, so its "Tf" and "TU" keys wait for the full scope although they classify as CPU
+// and GPU.
+bool readsAtMenuBarScope(std::string_view chipName, std::string_view label,
+                         SensorCategory category) {
+    if (category != SensorCategory::cpu && category != SensorCategory::gpu) {
+        return false;
+    }
+    return chipName != applesmcChip || SMCDecoder::isMenuBarTemperatureKey(label);
+}
+
 std::optional<double> plausibleLimit(std::optional<std::uint64_t> rpm) {
     if (!rpm || !SensorBounds::isPlausibleFanLimit(static_cast<double>(*rpm))) {
         return std::nullopt;
@@ -206,13 +218,14 @@ void HardwareSensors::sortSensors() {
         const auto& name = chips[chip].name;
         const auto& temperatures = chips[chip].temperatures;
         for (std::size_t sensor = 0; sensor < temperatures.size(); ++sensor) {
-            const auto category = hwmonCategory(name, temperatures[sensor].label);
+            const auto& label = temperatures[sensor].label;
+            const auto category = hwmonCategory(name, label);
             Sensor entry{chip, sensor,
                          hwmonTemperatureKey(name, distinctions[chip], temperatures[sensor]),
                          category};
-            auto& list = category == SensorCategory::cpu   ? temperatureSensors
-                         : category == SensorCategory::gpu ? gpu
-                                                           : rest;
+            auto& list = !readsAtMenuBarScope(name, label, category) ? rest
+                         : category == SensorCategory::cpu           ? temperatureSensors
+                                                                     : gpu;
             list.push_back(std::move(entry));
         }
         const auto& fans = chips[chip].fans;

@@ -55,8 +55,9 @@ public:
     static std::unique_ptr<HardwareSensors> create(std::unique_ptr<HardwareMonitor> monitor,
                                                    SystemDraw systemDraw = {});
 
-    /// Plausible temperatures of the CPU and GPU sensors (`menuBar`), then of every other
-    /// sensor (`full`), each in chip and sensor order; nothing for `none`.
+    /// Plausible temperatures of the CPU and GPU sensors (`menuBar`; of an applesmc chip only
+    /// the keys the controller source reads there too), then of every other sensor (`full`),
+    /// each in chip and sensor order; nothing for `none`.
     std::vector<TemperatureReading> temperatures(SamplingPlan::SMCScope scope) override;
     /// Every fan below 20000 rpm, with its limits when plausible; `index` is the fan's place
     /// among all fans found.

@@ -30,7 +30,8 @@ Figures figuresBetween(const ProcessSample& before, const ProcessSample& sample,
         const auto ticks = static_cast<double>(sample.cpuTicks - before.cpuTicks);
         figures.cpu = ticks * nanosecondsPerTick / (elapsed * 1e9) * 100.0;
     }
-    // Truncated to whole bytes, and 0 for a counter that went backwards: the pid was reused.
+    // Truncated to whole bytes, and 0 for a counter that went backwards, as a source without
+    // start times shows a reused pid.
     figures.diskRead = pagingRate(before.diskRead, sample.diskRead, elapsed);
     figures.diskWrite = pagingRate(before.diskWrite, sample.diskWrite, elapsed);
     return figures;
@@ -82,11 +83,13 @@ ProcessTopLists rankProcesses(const std::vector<ProcessSample>& current,
     figures.reserve(current.size());
     for (const auto& sample : current) {
         const auto found = previous.find(sample.pid);
-        // A process new since the last scan has nothing to compare with: no CPU, no disk.
-        figures.push_back(found == previous.end()
-                              ? Figures{.memory = sample.footprintBytes}
-                              : figuresBetween(found->second, sample, elapsedSeconds, elapsed,
-                                               nanosecondsPerTick));
+        // A process new since the last scan has nothing to compare with: no CPU, no disk. So
+        // has one that took over the pid of a process that exited, whose counters may well be
+        // larger than the old ones and would give one wrong rate.
+        const bool isNew = found == previous.end() || found->second.startTime != sample.startTime;
+        figures.push_back(isNew ? Figures{.memory = sample.footprintBytes}
+                                : figuresBetween(found->second, sample, elapsedSeconds, elapsed,
+                                                 nanosecondsPerTick));
         lists.diskReadPerSecond = saturatingAdd(lists.diskReadPerSecond, figures.back().diskRead);
         lists.diskWritePerSecond =
             saturatingAdd(lists.diskWritePerSecond, figures.back().diskWrite);

@@ -31,8 +31,9 @@ struct ProcessTopLists {
 
 /// Compares `current` with `previous`, the snapshot taken `elapsedSeconds` earlier (absent when
 /// that time is unknown: CPU then reads 0, and the disk rates are taken over the 1 ms floor).
-/// Elapsed time is raised to at least 1 ms. A process missing from `previous`, and a counter
-/// that went backwards (the pid was reused), give 0 for that figure. Each list is sorted by its
+/// Elapsed time is raised to at least 1 ms. A process missing from `previous` or there with
+/// another start time (the pid was reused) gives 0 CPU and disk; a counter that went backwards
+/// gives 0 for that figure. Each list is sorted by its
 /// key, descending, with ties in snapshot order, and keeps `ProcessTopLists::length` rows.
 [[nodiscard]] ProcessTopLists rankProcesses(const std::vector<ProcessSample>& current,
                                             const ProcessSamplesByPid& previous,

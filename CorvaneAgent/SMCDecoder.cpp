@@ -88,4 +88,8 @@ SensorCategory category(std::string_view key) {
     return SensorCategory::other;
 }
 
+bool isMenuBarTemperatureKey(std::string_view key) {
+    return key.starts_with("Tp") || key.starts_with("Te") || key.starts_with("Tg");
+}
+
 }  // namespace corvane::SMCDecoder

@@ -43,4 +43,9 @@ inline constexpr std::uint32_t sp78Type = keyCode("sp78");
 /// What the temperature key measures, by its first two characters (case-sensitive).
 [[nodiscard]] SensorCategory category(std::string_view key);
 
+/// Whether a temperature key the controller lists is read at menu-bar scope: the CPU ("Tp",
+/// "Te") and GPU ("Tg") keys. Every other key, "Tf" and "TU" among them although they classify
+/// as CPU and GPU, is read at full scope only.
+[[nodiscard]] bool isMenuBarTemperatureKey(std::string_view key);
+
 }  // namespace corvane::SMCDecoder

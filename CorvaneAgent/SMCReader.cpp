@@ -29,16 +29,6 @@ constexpr std::string_view knownThirdCharacters = "0123456789M";
 constexpr std::string_view knownFourthCharacters =
     "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 
-struct PowerChannelKey {
-    PowerChannel channel;
-    std::uint32_t key;
-};
-constexpr std::array<PowerChannelKey, 3> powerChannelKeys = {{
-    {PowerChannel::system, keyCode("PSTR")},
-    {PowerChannel::cpu, keyCode("PPMC")},
-    {PowerChannel::gpu, keyCode("P3F2")},
-}};
-
 bool isTemperatureType(std::uint32_t dataType) {
     return dataType == floatType || dataType == sp78Type;
 }
@@ -53,9 +43,9 @@ bool isFanSpeedKey(std::string_view text) {
 
 }  // namespace
 
-SMCReader::SMCReader(std::unique_ptr<SmcTransport> transport) : transport(std::move(transport)) {}
+SMCReader::SMCReader(std::unique_ptr<SMCTransport> transport) : transport(std::move(transport)) {}
 
-std::unique_ptr<SMCReader> SMCReader::create(std::unique_ptr<SmcTransport> transport) {
+std::unique_ptr<SMCReader> SMCReader::create(std::unique_ptr<SMCTransport> transport) {
     if (!transport) {
         return nullptr;
     }
@@ -178,12 +168,12 @@ void SMCReader::discoverByEnumeration() {
         } else if (text.starts_with('T') && isTemperatureType(info->dataType)) {
             // "Tf" lands among the other keys here but among the CPU keys in the known-key
             // probe; the difference is deliberate and decides which scope reads it.
-            if (text.starts_with("Tg")) {
-                gpu.push_back(*key);
-            } else if (text.starts_with("Tp") || text.starts_with("Te")) {
-                cpu.push_back(*key);
-            } else {
+            if (!SMCDecoder::isMenuBarTemperatureKey(text)) {
                 otherTemperature.push_back(*key);
+            } else if (text.starts_with("Tg")) {
+                gpu.push_back(*key);
+            } else {
+                cpu.push_back(*key);
             }
         }
     }
@@ -219,10 +209,11 @@ void SMCReader::discoverKnownKeys() {
 }
 
 void SMCReader::discoverPowerKeys() {
-    for (const auto& [channel, key] : powerChannelKeys) {
-        const auto info = keyInfo(key);
-        if (info && info->dataType == floatType && readNumber(key)) {
-            powerChannels.emplace_back(channel, key);
+    for (const auto channel : allPowerChannels) {
+        const auto code = keyCode(corvane::key(channel));
+        const auto info = keyInfo(code);
+        if (info && info->dataType == floatType && readNumber(code)) {
+            powerChannels.emplace_back(channel, code);
         }
     }
 }

@@ -12,7 +12,7 @@
 #include "CorvaneAgent/SamplingPlan.h"
 #include "CorvaneAgent/SensorReadings.h"
 #include "CorvaneAgent/SensorSource.h"
-#include "Platform/SmcTransport.h"
+#include "Platform/SMCTransport.h"
 
 namespace corvane {
 
@@ -33,7 +33,7 @@ public:
     /// Discovers the keys over `transport`, on the calling thread: by enumeration, by probing
     /// known keys when enumeration found no temperature key, then the power keys. Absent when
     /// there is no transport (the controller could not be opened).
-    static std::unique_ptr<SMCReader> create(std::unique_ptr<SmcTransport> transport);
+    static std::unique_ptr<SMCReader> create(std::unique_ptr<SMCTransport> transport);
 
     /// Plausible temperatures of the CPU and GPU keys (`menuBar`) or of every temperature key
     /// (`full`), in key-list order; nothing for `none`.
@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    explicit SMCReader(std::unique_ptr<SmcTransport> transport);
+    explicit SMCReader(std::unique_ptr<SMCTransport> transport);
 
     /// One command with a fresh zeroed output record; absent when the call fails.
     std::optional<SMCKeyData> call(const SMCKeyData& input);
@@ -73,7 +73,7 @@ private:
     void appendTemperatures(const std::vector<std::uint32_t>& keys,
                             std::vector<TemperatureReading>& readings);
 
-    std::unique_ptr<SmcTransport> transport;
+    std::unique_ptr<SMCTransport> transport;
     std::vector<std::uint32_t> cpu;
     std::vector<std::uint32_t> gpu;
     std::vector<std::uint32_t> otherTemperature;

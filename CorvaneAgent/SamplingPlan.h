@@ -24,6 +24,9 @@ struct SamplingPlan {
     friend bool operator==(const SamplingPlan&, const SamplingPlan&) = default;
 };
 
+/// Processes are scanned, and the sensors read, on every n-th refresh, starting with the first.
+inline constexpr int processAndSensorEvery = 3;
+
 /// "none", "menuBar" or "full".
 std::string_view smcScopeRaw(SamplingPlan::SMCScope scope);
 

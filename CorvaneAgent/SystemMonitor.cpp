@@ -62,6 +62,7 @@ void SystemMonitor::startTimer() {
 
 void SystemMonitor::stopTimer() {
     timer.reset();
+    endProcessSamplingStretch();
 }
 
 void SystemMonitor::applyInterval() {
@@ -85,7 +86,7 @@ void SystemMonitor::observeDisplayState() {
 void SystemMonitor::handleDisplayEvent(DisplayEvent event) {
     switch (event) {
         case DisplayEvent::screensDidSleep:
-        case DisplayEvent::sessionDidResignActive: timer.reset(); break;
+        case DisplayEvent::sessionDidResignActive: stopTimer(); break;
         case DisplayEvent::screensDidWake:
         case DisplayEvent::sessionDidBecomeActive:
             // A wake without a sleep before it must not start a second timer.
@@ -125,9 +126,11 @@ void SystemMonitor::refresh() {
     if (current.samplesGPU) {
         readGPU();
     }
-    if (refreshes % 3 == 0) {
+    if (refreshes % processAndSensorEvery == 0) {
         if (current.samplesProcesses) {
             refreshProcesses();
+        } else {
+            endProcessSamplingStretch();
         }
         if (current.smcScope != SamplingPlan::SMCScope::none) {
             readTemperatures(current.smcScope, current.samplesBattery);
@@ -264,18 +267,30 @@ void SystemMonitor::refreshProcesses() {
     }
     processRefreshTask.begin();
     services.runtime.tasks.run([source = services.processes, &queue = services.runtime.mainQueue,
-                                weakSelf = weak_from_this()] {
+                                weakSelf = weak_from_this(), stretch = processSamplingStretch] {
         auto samples = source->sampleProcesses();
-        queue.post([weakSelf, samples = std::move(samples)]() mutable {
+        queue.post([weakSelf, stretch, samples = std::move(samples)]() mutable {
             if (auto self = weakSelf.lock()) {
-                self->applyProcesses(std::move(samples));
+                self->applyProcesses(std::move(samples), stretch);
             }
         });
     });
 }
 
-void SystemMonitor::applyProcesses(std::vector<ProcessSample> samples) {
+void SystemMonitor::endProcessSamplingStretch() {
+    // The snapshot is not cleared here: a scan still running began before the gap and may yet
+    // compare with it. Only scans of the next stretch must not.
+    ++processSamplingStretch;
+}
+
+void SystemMonitor::applyProcesses(std::vector<ProcessSample> samples, std::uint64_t stretch) {
     const TimePoint now = services.runtime.clock.now();
+    // The first scan after start, or after sampling was off, has no previous data: every rate
+    // is 0 rather than an average over the whole pause.
+    if (stretch != previousProcessSamplesStretch) {
+        previousProcessSamples.clear();
+        previousProcessSampleDate.reset();
+    }
     std::optional<double> elapsed;
     if (previousProcessSampleDate) {
         elapsed = std::chrono::duration<double>(now - *previousProcessSampleDate).count();
@@ -293,6 +308,7 @@ void SystemMonitor::applyProcesses(std::vector<ProcessSample> samples) {
            lists.diskWritePerSecond);
     previousProcessSamples = samplesByPid(std::move(samples));
     previousProcessSampleDate = now;
+    previousProcessSamplesStretch = stretch;
     observers.announceChanges();
     processRefreshTask.finish();
 }
@@ -325,12 +341,11 @@ bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeB
     return true;
 }
 
-void SystemMonitor::settleTemperatures(const SamplingPlan& plan,
-                                       std::function<void()> completion) {
+void SystemMonitor::settleTemperatures(const SamplingPlan& plan, std::function<void()> completion) {
     // A running pass that already reads what the plan needs is awaited, not doubled.
-    const bool runningPassCovers =
-        temperatureRefreshTask.isRunning() && temperatureRefreshCoverage.scope >= plan.smcScope &&
-        (temperatureRefreshCoverage.battery || !plan.samplesBattery);
+    const bool runningPassCovers = temperatureRefreshTask.isRunning() &&
+                                   temperatureRefreshCoverage.scope >= plan.smcScope &&
+                                   (temperatureRefreshCoverage.battery || !plan.samplesBattery);
     if (runningPassCovers) {
         temperatureRefreshTask.whenFinished(std::move(completion));
         return;

@@ -83,7 +83,8 @@ public:
     void refresh();
     /// (Re)creates the repeating timer with the configured interval.
     void startTimer();
-    /// Stops the timer, as a display sleep does; the next wake or `startTimer` resumes.
+    /// Stops the timer, as a display sleep does; the next wake or `startTimer` resumes, and the
+    /// first process scan after it has no earlier scan to compare with.
     void stopTimer();
     /// Restarts the timer when the configured interval changed; does nothing while paused.
     void applyInterval();
@@ -148,7 +149,10 @@ private:
     void readSwap(const std::optional<SwapUsage>& swap);
     void readGPU();
     void refreshProcesses();
-    void applyProcesses(std::vector<ProcessSample> samples);
+    void applyProcesses(std::vector<ProcessSample> samples, std::uint64_t stretch);
+    /// Process sampling stops (no meter or panel needs processes, or sampling pauses): the
+    /// next scan has nothing to compare with.
+    void endProcessSamplingStretch();
     bool readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery);
     void settleTemperatures(const SamplingPlan& plan, std::function<void()> completion);
     void apply(SensorReadings readings);
@@ -178,6 +182,10 @@ private:
     std::optional<std::uint64_t> previousPageOuts;
     ProcessSamplesByPid previousProcessSamples;
     std::optional<TimePoint> previousProcessSampleDate;
+    /// Counts the stretches of uninterrupted process sampling; a scan compares only with a
+    /// snapshot of its own stretch, so that no rate is averaged over a pause.
+    std::uint64_t processSamplingStretch = 0;
+    std::uint64_t previousProcessSamplesStretch = 0;
     bool loadHistoryInitialized = false;
     CPULoadSample cpuSample;
     std::vector<CoreTicks> coreTicksScratch;

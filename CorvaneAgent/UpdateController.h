@@ -10,10 +10,10 @@
 #include "CorvaneShared/SettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneShared/SignalListener.h"
+#include "Foundation/Subscription.h"
 #include "Platform/Log.h"
 #include "Platform/RunningApplications.h"
 #include "Platform/Runtime.h"
-#include "Platform/Subscription.h"
 #include "Platform/Updater.h"
 
 namespace corvane {

@@ -74,10 +74,14 @@ std::string AppLanguage::developmentLanguage() const {
 }
 
 std::vector<std::string> AppLanguage::shipped() const {
-    std::vector<std::string> languages{developmentLanguage()};
-    for (const std::string& language : sources.localizations) {
+    std::vector<std::string> candidates{developmentLanguage()};
+    candidates.insert(candidates.end(), sources.localizations.begin(), sources.localizations.end());
+    // "Base" is a folder of language-neutral resources, not a language, wherever it is named:
+    // a bundle that gives it as its development localisation ships no language of that name.
+    std::vector<std::string> languages;
+    for (std::string& language : candidates) {
         if (language != "Base" && !contains(languages, language)) {
-            languages.push_back(language);
+            languages.push_back(std::move(language));
         }
     }
     return languages;

@@ -51,8 +51,8 @@ public:
 
     /// CORVANE_LANGUAGE when set, else the stored "language" text, else "system".
     std::string choice() const;
-    /// The development language first, then the bundle's localisations, without "Base" and
-    /// without repeats (the first occurrence stays).
+    /// The development language first, then the bundle's localisations, without any "Base"
+    /// (not even as the development language) and without repeats (the first occurrence stays).
     std::vector<std::string> shipped() const;
     /// The user's languages, most preferred first, as BCP 47 tags: from LANGUAGE (a
     /// colon-separated list), else the locale of LC_ALL, LC_MESSAGES or LANG (the first that is

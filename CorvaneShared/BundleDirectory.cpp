@@ -1,10 +1,13 @@
 #include "CorvaneShared/BundleDirectory.h"
 
 #include <algorithm>
-#include <fstream>
 #include <system_error>
+#include <variant>
 
 #include <nlohmann/json.hpp>
+
+#include "Foundation/BoundedFileRead.h"
+#include "Foundation/DirectoryListing.h"
 
 namespace corvane::BundleDirectory {
 
@@ -14,6 +17,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view translationPrefix = "corvane_";
 constexpr std::string_view translationExtension = ".qm";
+// Bundle info is a few lines; anything much larger is not one.
+constexpr std::size_t largestInfoBytes = 1024 * 1024;
 
 fs::path infoFile(const fs::path& bundle) {
     return resourceDirectory(bundle) / "bundle.json";
@@ -55,11 +60,11 @@ fs::path translationFile(const fs::path& bundle, std::string_view language) {
 }
 
 std::optional<BundleInfo> readInfo(const fs::path& bundle) {
-    std::ifstream stream(infoFile(bundle));
-    if (!stream) {
+    const auto text = readFileAtMost(infoFile(bundle), largestInfoBytes);
+    if (!std::holds_alternative<std::string>(text)) {
         return std::nullopt;
     }
-    const nlohmann::json info = nlohmann::json::parse(stream, nullptr, false);
+    const nlohmann::json info = nlohmann::json::parse(std::get<std::string>(text), nullptr, false);
     if (!info.is_object()) {
         return std::nullopt;
     }
@@ -80,10 +85,9 @@ std::optional<BundleInfo> readInfo(const fs::path& bundle) {
 
 std::vector<std::string> localizations(const fs::path& bundle) {
     std::vector<std::string> languages;
-    std::error_code error;
-    for (const auto& entry :
-         fs::directory_iterator(resourceDirectory(bundle) / "translations", error)) {
-        if (auto language = languageOfTranslationFile(entry.path().filename().string())) {
+    DirectoryListing listing((resourceDirectory(bundle) / "translations").c_str());
+    while (const auto name = listing.next()) {
+        if (auto language = languageOfTranslationFile(std::string(*name))) {
             languages.push_back(std::move(*language));
         }
     }

@@ -38,9 +38,9 @@ std::filesystem::path resourceDirectory(const std::filesystem::path& bundle);
 std::filesystem::path translationFile(const std::filesystem::path& bundle,
                                       std::string_view language);
 
-/// The bundle's info; absent when the file is missing, is not a JSON object, or has no
-/// non-empty string "identifier" (the directory then does not open as a bundle). Members of
-/// another type than string read as absent.
+/// The bundle's info; absent when the file is missing, larger than 1 MiB (bundle info takes a
+/// few lines), is not a JSON object, or has no non-empty string "identifier" (the directory
+/// then does not open as a bundle). Members of another type than string read as absent.
 std::optional<BundleInfo> readInfo(const std::filesystem::path& bundle);
 
 /// The languages of the bundle's translation files, sorted by name; '_' in a file's language

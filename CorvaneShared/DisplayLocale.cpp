@@ -18,7 +18,7 @@ const char* nonEmpty(const char* value) {
 // glibc names read language[_territory][.codeset][@modifier]. ICU would keep the codeset and
 // read the modifier as a keyword, so both go before ICU sees the name; neither affects region
 // or measurement system.
-std::optional<icu::Locale> localeFromPosixName(std::string_view name) {
+std::optional<icu::Locale> localeFromPOSIXName(std::string_view name) {
     name = name.substr(0, name.find_first_of(".@"));
     if (name.empty() || name == "C" || name == "POSIX") {
         return std::nullopt;
@@ -56,12 +56,12 @@ std::string posixLocaleName(const EnvironmentLookup& environment, const char* ca
 }
 
 std::string userRegion(const EnvironmentLookup& environment) {
-    auto locale = localeFromPosixName(posixLocaleName(environment, "LC_NUMERIC"));
+    auto locale = localeFromPOSIXName(posixLocaleName(environment, "LC_NUMERIC"));
     return locale ? locale->getCountry() : std::string();
 }
 
 bool usesUSMeasurementSystem(const EnvironmentLookup& environment) {
-    auto locale = localeFromPosixName(posixLocaleName(environment, "LC_MEASUREMENT"));
+    auto locale = localeFromPOSIXName(posixLocaleName(environment, "LC_MEASUREMENT"));
     if (!locale) {
         return false;
     }

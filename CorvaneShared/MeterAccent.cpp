@@ -5,7 +5,8 @@
 #include <cmath>
 #include <vector>
 
-#include "CorvaneShared/EnumNames.h"
+#include "Foundation/EnumNames.h"
+#include "Foundation/NumberParsing.h"
 
 namespace corvane {
 
@@ -54,13 +55,7 @@ std::optional<double> parseComponent(std::string_view text) {
     if (text.size() > 1 && text.front() == '+' && text[1] != '-' && text[1] != '+') {
         text.remove_prefix(1);
     }
-    double value = 0;
-    const char* end = text.data() + text.size();
-    auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return value;
+    return parseNumber<double>(text, std::chars_format::general, NonFiniteNumbers::accepted);
 }
 
 std::vector<double> parseComponents(std::string_view list) {

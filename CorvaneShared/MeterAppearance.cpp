@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "CorvaneShared/EnumNames.h"
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "CorvaneShared/EnumNames.h"
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cmath>
+
+#include "Foundation/NumberParsing.h"
 
 namespace corvane {
 
@@ -13,17 +14,6 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lowercase) {
     return std::equal(
         text.begin(), text.end(), lowercase.begin(), lowercase.end(),
         [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; });
-}
-
-std::optional<double> parseWholeNumber(std::string_view text) {
-    double value = 0;
-    const char* end = text.data() + text.size();
-    auto [stop, error] = std::from_chars(text.data(), end, value);
-    // from_chars also accepts "nan" and "inf", which no setting means as a number.
-    if (error != std::errc{} || stop != end || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
 }
 
 }  // namespace
@@ -50,7 +40,7 @@ double doubleFromSetting(const SettingValue& value) {
         return value.get<bool>() ? 1.0 : 0.0;
     }
     if (value.is_string()) {
-        return parseWholeNumber(value.get_ref<const std::string&>()).value_or(0.0);
+        return parseNumber<double>(value.get_ref<const std::string&>()).value_or(0.0);
     }
     return 0.0;
 }

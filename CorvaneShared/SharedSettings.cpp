@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "CorvaneShared/BuildInfo.h"
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 
 namespace corvane::SharedSettings {
 
@@ -66,7 +66,7 @@ const std::string& suiteName() {
 bool isUsableSuiteName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos &&
-           name.size() + fileExtension.size() <= JsonFileSettingsStore::maximumFileNameLength;
+           name.size() + fileExtension.size() <= JSONFileSettingsStore::maximumFileNameLength;
 }
 
 std::optional<fs::path> settingsDirectory(const EnvironmentLookup& environment,
@@ -104,7 +104,7 @@ std::unique_ptr<SettingsStore> openStore(std::string_view suite,
     if (!directory) {
         return std::make_unique<InMemorySettingsStore>();
     }
-    return std::make_unique<JsonFileSettingsStore>(storeFile(suite, *directory));
+    return std::make_unique<JSONFileSettingsStore>(storeFile(suite, *directory));
 }
 
 // Both stores are deliberately never destroyed: code running during exit (another static's

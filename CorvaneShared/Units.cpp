@@ -12,7 +12,7 @@
 
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/DisplayLocale.h"
-#include "CorvaneShared/EnumNames.h"
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 

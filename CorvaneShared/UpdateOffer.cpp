@@ -1,5 +1,6 @@
 #include "CorvaneShared/UpdateOffer.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane::UpdateOffer {
@@ -20,7 +21,7 @@ std::optional<std::int64_t> buildNumber(std::string_view text) {
     if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
         return std::nullopt;
     }
-    return text::parseSigned(text::trim(text.substr(open + 1, close - open - 1)));
+    return parseNumber<std::int64_t>(text::trim(text.substr(open + 1, close - open - 1)));
 }
 
 }  // namespace corvane::UpdateOffer

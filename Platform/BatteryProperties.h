@@ -4,13 +4,9 @@
 #include <memory>
 #include <optional>
 
-#include <nlohmann/json.hpp>
+#include "Platform/StatisticsDictionary.h"
 
 namespace corvane {
-
-/// The same dictionary the GPU statistics use: property names as keys, values as they come
-/// (numbers, booleans, or anything else, which readers skip).
-using StatisticsDictionary = nlohmann::json;
 
 /// The battery that powers the machine, as a dictionary of its properties under these names and
 /// units: "CurrentCapacity" (percent charged), "MaxCapacity" (percent of the design capacity

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "Platform/Subscription.h"
+#include "Foundation/Subscription.h"
 
 namespace corvane {
 

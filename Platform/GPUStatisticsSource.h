@@ -1,12 +1,8 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "Platform/StatisticsDictionary.h"
 
 namespace corvane {
-
-/// A statistics dictionary: names as the GPU drivers report them, values as they come (numbers,
-/// or anything else, which readers skip).
-using StatisticsDictionary = nlohmann::json;
 
 /// Reads the graphics accelerators' performance statistics. Main thread.
 class GPUStatisticsSource {

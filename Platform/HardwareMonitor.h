@@ -45,12 +45,12 @@ struct HwmonFanSpeeds {
 };
 
 /// A top-level energy-counting power zone ("package-0", "psys").
-struct RaplDomain {
+struct RAPLDomain {
     std::string name;
     /// The value after which the counter starts again from 0; absent when unreadable.
     std::optional<std::uint64_t> maxEnergyRangeMicrojoules;
 
-    friend bool operator==(const RaplDomain&, const RaplDomain&) = default;
+    friend bool operator==(const RAPLDomain&, const RAPLDomain&) = default;
 };
 
 /// An energy counter's value and the monotonic time it was read at.
@@ -68,7 +68,7 @@ public:
     /// The chips found, in the kernel's registration order.
     virtual const std::vector<HwmonChip>& chips() const = 0;
     /// The top-level energy domains found, in zone number order.
-    virtual const std::vector<RaplDomain>& raplDomains() const = 0;
+    virtual const std::vector<RAPLDomain>& raplDomains() const = 0;
     /// Sensor `sensor` of `chips()[chip].temperatures`, in millidegrees Celsius; absent when it
     /// cannot be read or is not a number.
     virtual std::optional<std::int64_t> temperatureMillidegrees(std::size_t chip,

@@ -15,6 +15,9 @@ struct ProcessSample {
     std::uint64_t footprintBytes = 0;
     std::uint64_t diskRead = 0;
     std::uint64_t diskWrite = 0;
+    /// When the process started, in the source's own clock (0 when it cannot say). Two samples
+    /// of one pid with different start times are two processes: the pid was reused.
+    std::uint64_t startTime = 0;
 
     friend bool operator==(const ProcessSample&, const ProcessSample&) = default;
 };

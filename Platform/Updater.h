@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Subscription.h"
+#include "Foundation/Subscription.h"
 
 namespace corvane {
 

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "CorvaneAgent/SystemMonitor.h"
-#include "CorvaneShared/JsonFileSettingsStore.h"
+#include "CorvaneShared/JSONFileSettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "Platform/Linux/LinuxSystemStatistics.h"
 
@@ -31,7 +31,7 @@ public:
 void BM_MonitorRefresh(benchmark::State& state) {
     const auto directory =
         std::filesystem::temp_directory_path() / ("corvane-bench-" + std::to_string(::getpid()));
-    JsonFileSettingsStore settings(directory / "bench.json");
+    JSONFileSettingsStore settings(directory / "bench.json");
     settings.registerDefaults(SharedSettings::factoryDefaults());
     settings.set("cpuReadout", "usage");
     BenchRuntime runtime;

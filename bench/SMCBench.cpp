@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 #include "CorvaneAgent/SMCReader.h"
 
 namespace corvane {
@@ -19,29 +19,29 @@ namespace {
 
 const std::string appleSiliconTable = CORVANE_FIXTURES "/smc/macbookpro-m2pro.json";
 
-RecordedSmcTable loadTable(bool withKeyCount) {
+RecordedSMCTable loadTable(bool withKeyCount) {
     std::ifstream stream(appleSiliconTable);
     auto document = nlohmann::json::parse(stream);
     if (!withKeyCount) {
         document.erase(document.begin());  // "#KEY" sorts first
     }
-    auto table = parseRecordedSmcTable(document.dump());
-    if (!std::holds_alternative<RecordedSmcTable>(table)) {
+    auto table = parseRecordedSMCTable(document.dump());
+    if (!std::holds_alternative<RecordedSMCTable>(table)) {
         std::abort();
     }
-    return std::get<RecordedSmcTable>(std::move(table));
+    return std::get<RecordedSMCTable>(std::move(table));
 }
 
 // Lends one table to reader after reader, so building the table stays out of the timing.
-class BorrowedTable final : public SmcTransport {
+class BorrowedTable final : public SMCTransport {
 public:
-    explicit BorrowedTable(RecordedSmcTable& table) : table(table) {}
+    explicit BorrowedTable(RecordedSMCTable& table) : table(table) {}
     int call(const SMCRecord& input, SMCRecord& output) override {
         return table.call(input, output);
     }
 
 private:
-    RecordedSmcTable& table;
+    RecordedSMCTable& table;
 };
 
 void discover(benchmark::State& state, bool withKeyCount) {

@@ -1,12 +1,14 @@
 #include "Platform/Linux/AmdgpuStatisticsSource.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -21,29 +23,23 @@ std::optional<std::uint64_t> cardNumber(std::string_view name) {
     if (!name.starts_with(cardPrefix)) {
         return std::nullopt;
     }
-    return text::parseUnsigned(name.substr(cardPrefix.size()));
+    return parseNumber<std::uint64_t>(name.substr(cardPrefix.size()));
 }
 
 // Card numbers in ascending order, so that the same card comes first on every read.
 std::vector<std::uint64_t> listCards(const std::string& drmDirectory) {
     std::vector<std::uint64_t> cards;
-    if (DIR* directory = ::opendir(drmDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (const auto number = cardNumber(entry->d_name)) {
-                cards.push_back(*number);
-            }
+    DirectoryListing listing(drmDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (const auto number = cardNumber(*name)) {
+            cards.push_back(*number);
         }
-        ::closedir(directory);
     }
     std::sort(cards.begin(), cards.end());
     return cards;
 }
 
 }  // namespace
-
-std::optional<std::uint64_t> parseSysfsUnsigned(std::string_view text) {
-    return text::parseUnsigned(text::trim(text));
-}
 
 StatisticsDictionary statisticsFromAmdgpu(const AmdgpuReading& reading) {
     auto statistics = StatisticsDictionary::object();
@@ -57,8 +53,11 @@ StatisticsDictionary statisticsFromAmdgpu(const AmdgpuReading& reading) {
         statistics["gartUsedBytes"] = *reading.gttUsedBytes;
     }
     if (reading.vramUsedBytes || reading.gttUsedBytes) {
-        statistics["inUseSysMemoryBytes"] =
-            reading.vramUsedBytes.value_or(0) + reading.gttUsedBytes.value_or(0);
+        // Held at the largest value rather than wrapping to a small one on garbage figures.
+        constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
+        const auto vram = reading.vramUsedBytes.value_or(0);
+        const auto gtt = reading.gttUsedBytes.value_or(0);
+        statistics["inUseSysMemoryBytes"] = vram > largest - gtt ? largest : vram + gtt;
     }
     return statistics;
 }
@@ -101,7 +100,7 @@ bool AmdgpuStatisticsSource::isRuntimeSuspended(const std::string& deviceDirecto
 
 std::optional<std::uint64_t> AmdgpuStatisticsSource::readNumber(const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parseSysfsUnsigned(*text) : std::nullopt;
+    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
 }
 
 }  // namespace corvane

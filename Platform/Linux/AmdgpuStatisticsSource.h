@@ -26,9 +26,6 @@ struct AmdgpuReading {
 /// "gartUsedBytes" (GTT in use) and "inUseSysMemoryBytes" (VRAM and GTT in use together).
 [[nodiscard]] StatisticsDictionary statisticsFromAmdgpu(const AmdgpuReading& reading);
 
-/// Parses a sysfs attribute that holds one unsigned decimal number ("42\n").
-[[nodiscard]] std::optional<std::uint64_t> parseSysfsUnsigned(std::string_view text);
-
 /// The statistics of the amdgpu cards under <sysfs>/class/drm (card0, card1, … in number order;
 /// connectors and render nodes are skipped), merged with the lowest card number winning. Cards
 /// of other drivers have none of these files and add nothing. Main thread.

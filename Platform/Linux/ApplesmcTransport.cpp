@@ -9,6 +9,7 @@
 #include <limits>
 #include <system_error>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -66,11 +67,7 @@ bool writeIndex(const std::string& path, std::uint32_t index) {
 }  // namespace
 
 std::optional<std::uint32_t> parseApplesmcNumber(std::string_view text) {
-    const auto value = text::parseUnsigned(withoutNewline(text));
-    if (!value || *value > std::numeric_limits<std::uint32_t>::max()) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(*value);
+    return parseNumber<std::uint32_t>(withoutNewline(text));
 }
 
 std::optional<std::uint32_t> parseApplesmcCode(std::string_view text) {

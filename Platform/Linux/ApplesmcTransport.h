@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Platform/Linux/KernelFileReader.h"
-#include "Platform/SmcTransport.h"
+#include "Platform/SMCTransport.h"
 
 namespace corvane {
 
@@ -20,7 +20,7 @@ namespace corvane {
 /// pointed at a key by writing its index to key_at_index (root only), through which that key's
 /// name, type, size and raw value are read. The transport lists every key's name once, when
 /// opened, and answers the three commands through the window. One call at a time.
-class ApplesmcTransport final : public SmcTransport {
+class ApplesmcTransport final : public SMCTransport {
 public:
     /// Runs after every index written to key_at_index, before the window's files are read. The
     /// driver answers such a write by itself; a fixture tree has no driver, so a test fills the

@@ -2,19 +2,12 @@
 
 #include <limits>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
 
 namespace {
-
-std::optional<unsigned> parseUnsignedInt(std::string_view field) {
-    const auto value = text::parseUnsigned(field);
-    if (!value || *value > std::numeric_limits<unsigned>::max()) {
-        return std::nullopt;
-    }
-    return static_cast<unsigned>(*value);
-}
 
 std::optional<unsigned> hexDigitValue(char c) {
     if (c >= '0' && c <= '9') {
@@ -37,8 +30,8 @@ std::optional<DeviceNumber> parseDeviceNumber(std::string_view text) {
     if (colon == std::string_view::npos) {
         return std::nullopt;
     }
-    const auto major = parseUnsignedInt(text.substr(0, colon));
-    const auto minor = parseUnsignedInt(text.substr(colon + 1));
+    const auto major = parseNumber<unsigned>(text.substr(0, colon));
+    const auto minor = parseNumber<unsigned>(text.substr(colon + 1));
     if (!major || !minor) {
         return std::nullopt;
     }

@@ -1,11 +1,11 @@
 #include "Platform/Linux/Hwmon.h"
 
 #include <array>
-#include <charconv>
 #include <limits>
 #include <system_error>
 #include <utility>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -23,7 +23,7 @@ std::optional<std::uint64_t> numberAfter(std::string_view name, std::string_view
     if (!name.starts_with(prefix)) {
         return std::nullopt;
     }
-    return text::parseUnsigned(name.substr(prefix.size()));
+    return parseNumber<std::uint64_t>(name.substr(prefix.size()));
 }
 
 }  // namespace
@@ -44,26 +44,11 @@ std::optional<HwmonAttribute> parseHwmonAttribute(std::string_view fileName) {
     return std::nullopt;
 }
 
-std::optional<std::int64_t> parseHwmonInteger(std::string_view text) {
-    text = text::trim(text);
-    std::int64_t value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-std::optional<std::uint64_t> parseHwmonUnsigned(std::string_view text) {
-    return text::parseUnsigned(text::trim(text));
-}
-
 std::optional<std::uint64_t> parseHwmonDirectoryNumber(std::string_view name) {
     return numberAfter(name, "hwmon");
 }
 
-std::optional<std::uint64_t> parseRaplZoneNumber(std::string_view name) {
+std::optional<std::uint64_t> parseRAPLZoneNumber(std::string_view name) {
     return numberAfter(name, "intel-rapl:");
 }
 

@@ -23,19 +23,12 @@ struct HwmonAttribute {
 /// other file of a chip's directory (in0_input, pwm1, name, uevent).
 [[nodiscard]] std::optional<HwmonAttribute> parseHwmonAttribute(std::string_view fileName);
 
-/// A value file that holds one decimal integer, possibly negative ("-5000\n": temperatures
-/// below zero); absent for anything else.
-[[nodiscard]] std::optional<std::int64_t> parseHwmonInteger(std::string_view text);
-
-/// A value file that holds one unsigned decimal integer (rpm, microwatts, microjoules).
-[[nodiscard]] std::optional<std::uint64_t> parseHwmonUnsigned(std::string_view text);
-
 /// N of a class directory entry "hwmon<N>"; absent for anything else.
 [[nodiscard]] std::optional<std::uint64_t> parseHwmonDirectoryNumber(std::string_view name);
 
 /// N of a top-level RAPL zone "intel-rapl:<N>"; absent for its subzones ("intel-rapl:0:1"),
 /// the control type itself ("intel-rapl") and the MMIO copy of the package zone
 /// ("intel-rapl-mmio:0"), which counts the same energy again.
-[[nodiscard]] std::optional<std::uint64_t> parseRaplZoneNumber(std::string_view name);
+[[nodiscard]] std::optional<std::uint64_t> parseRAPLZoneNumber(std::string_view name);
 
 }  // namespace corvane

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <utility>
 
-#include "Platform/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 
 namespace corvane {
 

@@ -5,7 +5,7 @@
 
 #include "Platform/GPUStatisticsSource.h"
 #include "Platform/Linux/AmdgpuStatisticsSource.h"
-#include "Platform/Linux/NvmlStatisticsSource.h"
+#include "Platform/Linux/NVMLStatisticsSource.h"
 
 namespace corvane {
 
@@ -17,13 +17,13 @@ public:
     /// `nvmlLibrary`: the NVML library's name or path.
     explicit LinuxGPUStatisticsSource(
         const std::filesystem::path& sysRoot = "/sys",
-        std::string nvmlLibrary = NvmlStatisticsSource::defaultLibrary);
+        std::string nvmlLibrary = NVMLStatisticsSource::defaultLibrary);
 
     StatisticsDictionary performanceStatistics() override;
 
 private:
     AmdgpuStatisticsSource amdgpu;
-    NvmlStatisticsSource nvml;
+    NVMLStatisticsSource nvml;
 };
 
 }  // namespace corvane

@@ -1,6 +1,5 @@
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 
-#include <dirent.h>
 #include <limits.h>
 #include <unistd.h>
 
@@ -10,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/Hwmon.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -21,11 +22,9 @@ using Kind = HwmonAttribute::Kind;
 
 std::vector<std::string> listDirectory(const std::string& path) {
     std::vector<std::string> names;
-    if (DIR* directory = ::opendir(path.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            names.emplace_back(entry->d_name);
-        }
-        ::closedir(directory);
+    DirectoryListing listing(path.c_str());
+    while (const auto name = listing.next()) {
+        names.emplace_back(*name);
     }
     return names;
 }
@@ -83,6 +82,13 @@ std::string sensorFile(const std::string& directory, std::string_view type, int 
     return directory + "/" + std::string(type) + std::to_string(number) + "_" + std::string(item);
 }
 
+// The element at `index`, or null past the end: reads run on the sensor pass's thread, where a
+// throw would end the program.
+template <typename T>
+const T* elementAt(const std::vector<T>& elements, std::size_t index) {
+    return index < elements.size() ? &elements[index] : nullptr;
+}
+
 void insertSorted(std::vector<int>& numbers, int number) {
     const auto place = std::lower_bound(numbers.begin(), numbers.end(), number);
     if (place == numbers.end() || *place != number) {
@@ -97,7 +103,7 @@ LinuxHardwareMonitor::LinuxHardwareMonitor(const std::filesystem::path& sysRoot)
     for (const auto& [number, name] : listNumbered(hwmon, parseHwmonDirectoryNumber)) {
         discoverChip(hwmon + "/" + name);
     }
-    discoverRaplDomains((sysRoot / "class/powercap").string());
+    discoverRAPLDomains((sysRoot / "class/powercap").string());
 }
 
 void LinuxHardwareMonitor::discoverChip(const std::string& hwmonDirectory) {
@@ -158,8 +164,8 @@ void LinuxHardwareMonitor::discoverChip(const std::string& hwmonDirectory) {
     chipFiles.push_back(std::move(files));
 }
 
-void LinuxHardwareMonitor::discoverRaplDomains(const std::string& powercapDirectory) {
-    for (const auto& [number, zone] : listNumbered(powercapDirectory, parseRaplZoneNumber)) {
+void LinuxHardwareMonitor::discoverRAPLDomains(const std::string& powercapDirectory) {
+    for (const auto& [number, zone] : listNumbered(powercapDirectory, parseRAPLZoneNumber)) {
         const auto directory = powercapDirectory + "/" + zone;
         auto name = readTrimmed(directory + "/name");
         if (name.empty()) {
@@ -180,29 +186,40 @@ std::optional<std::uint64_t> LinuxHardwareMonitor::readUnsigned(const std::strin
         return std::nullopt;
     }
     const auto text = reader.read(path.c_str());
-    return text ? parseHwmonUnsigned(*text) : std::nullopt;
+    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
 }
 
 std::optional<std::int64_t> LinuxHardwareMonitor::temperatureMillidegrees(std::size_t chip,
                                                                           std::size_t sensor) {
+    const auto* path =
+        chip < chipFiles.size() ? elementAt(chipFiles[chip].temperatures, sensor) : nullptr;
+    if (!path) {
+        return std::nullopt;
+    }
     // Drivers answer EIO or ENODATA for a sensor that is absent or not ready (an NVMe drive's
     // second sensor, a disk spun down under drivetemp); the reader turns both into nothing.
-    const auto text = reader.read(chipFiles.at(chip).temperatures.at(sensor).c_str());
-    return text ? parseHwmonInteger(*text) : std::nullopt;
+    const auto text = reader.read(path->c_str());
+    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
 }
 
 HwmonFanSpeeds LinuxHardwareMonitor::fanSpeeds(std::size_t chip, std::size_t sensor) {
-    const auto& files = chipFiles.at(chip).fans.at(sensor);
-    return {readUnsigned(files.input), readUnsigned(files.minimum), readUnsigned(files.maximum)};
+    const auto* files = chip < chipFiles.size() ? elementAt(chipFiles[chip].fans, sensor) : nullptr;
+    if (!files) {
+        return {};
+    }
+    return {readUnsigned(files->input), readUnsigned(files->minimum), readUnsigned(files->maximum)};
 }
 
 std::optional<std::uint64_t> LinuxHardwareMonitor::powerMicrowatts(std::size_t chip,
                                                                    std::size_t sensor) {
-    return readUnsigned(chipFiles.at(chip).powers.at(sensor));
+    const auto* path =
+        chip < chipFiles.size() ? elementAt(chipFiles[chip].powers, sensor) : nullptr;
+    return path ? readUnsigned(*path) : std::nullopt;
 }
 
 std::optional<EnergySample> LinuxHardwareMonitor::energy(std::size_t domain) {
-    const auto microjoules = readUnsigned(energyFiles.at(domain));
+    const auto* path = elementAt(energyFiles, domain);
+    const auto microjoules = path ? readUnsigned(*path) : std::nullopt;
     if (!microjoules) {
         return std::nullopt;
     }

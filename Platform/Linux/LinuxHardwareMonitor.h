@@ -20,7 +20,7 @@ public:
     explicit LinuxHardwareMonitor(const std::filesystem::path& sysRoot = "/sys");
 
     const std::vector<HwmonChip>& chips() const override { return chipList; }
-    const std::vector<RaplDomain>& raplDomains() const override { return domains; }
+    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
     std::optional<std::int64_t> temperatureMillidegrees(std::size_t chip,
                                                         std::size_t sensor) override;
     HwmonFanSpeeds fanSpeeds(std::size_t chip, std::size_t sensor) override;
@@ -41,7 +41,7 @@ private:
     };
 
     void discoverChip(const std::string& hwmonDirectory);
-    void discoverRaplDomains(const std::string& powercapDirectory);
+    void discoverRAPLDomains(const std::string& powercapDirectory);
     /// The file's text without surrounding blanks, newlines and NULs; empty when unreadable.
     std::string readTrimmed(const std::string& path);
     std::optional<std::uint64_t> readUnsigned(const std::string& path);
@@ -49,7 +49,7 @@ private:
     KernelFileReader reader;
     std::vector<HwmonChip> chipList;
     std::vector<ChipFiles> chipFiles;
-    std::vector<RaplDomain> domains;
+    std::vector<RAPLDomain> domains;
     std::vector<std::string> energyFiles;
 };
 

@@ -1,19 +1,19 @@
 #include "Platform/Linux/LinuxProcessSource.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
 
-#include "Platform/FileDescriptor.h"
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/FileDescriptor.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/ProcPidIo.h"
 #include "Platform/Linux/ProcPidStat.h"
 #include "Platform/Linux/ProcPidStatm.h"
@@ -39,9 +39,8 @@ std::optional<std::int32_t> pidFromName(std::string_view name) {
     if (name.empty() || name.size() > maximumPidDigits) {
         return std::nullopt;
     }
-    std::int32_t pid = 0;
-    const auto [stop, error] = std::from_chars(name.data(), name.data() + name.size(), pid);
-    if (error != std::errc{} || stop != name.data() + name.size() || pid < 1) {
+    const auto pid = parseNumber<std::int32_t>(name);
+    if (!pid || *pid < 1) {
         return std::nullopt;
     }
     return pid;
@@ -100,6 +99,7 @@ std::optional<ProcessSample> readProcess(int procDirectory, std::string_view pid
         .pid = pid,
         .name = processName(stat->comm, pid),
         .cpuTicks = stat->cpuTicks,
+        .startTime = stat->startTime,
     };
     // The resident set size comes from statm although stat carries it too. Since Linux 6.2 the
     // kernel keeps it in per-CPU counters; recent kernels ("mm: fix the inaccurate memory
@@ -143,30 +143,28 @@ LinuxProcessSource::LinuxProcessSource(const std::filesystem::path& procRoot)
 
 std::vector<ProcessSample> LinuxProcessSource::sampleProcesses() {
     std::vector<ProcessSample> samples;
-    DIR* listing = ::opendir(root.c_str());
-    if (listing == nullptr) {
+    DirectoryListing listing(root.c_str());
+    if (!listing.isOpen()) {
         return samples;
     }
-    const int procDirectory = ::dirfd(listing);
+    const int procDirectory = listing.descriptor();
     std::size_t listed = 0;
     // Each process is read as soon as it is listed, not after the whole listing, which leaves
     // it the least time to exit in between.
     while (listed < maximumProcesses) {
-        const dirent* entry = ::readdir(listing);
-        if (entry == nullptr) {
+        const auto name = listing.next();
+        if (!name) {
             break;
         }
-        const std::string_view name(entry->d_name);
-        const auto pid = pidFromName(name);
+        const auto pid = pidFromName(*name);
         if (!pid) {
             continue;
         }
         ++listed;
-        if (auto sample = readProcess(procDirectory, name, *pid, pageSizeBytes)) {
+        if (auto sample = readProcess(procDirectory, *name, *pid, pageSizeBytes)) {
             samples.push_back(std::move(*sample));
         }
     }
-    ::closedir(listing);
     return samples;
 }
 

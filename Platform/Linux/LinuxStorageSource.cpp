@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "Foundation/DirectoryListing.h"
 #include "Platform/Linux/Mountinfo.h"
 
 namespace corvane {
@@ -125,11 +126,11 @@ std::optional<LinuxStorageSource::BlockDeviceIdentity> LinuxStorageSource::block
 }
 
 std::optional<std::string> LinuxStorageSource::readLabel(const BlockDeviceIdentity& device) const {
-    std::error_code error;
-    for (fs::directory_iterator entry(devRoot / "disk/by-label", error), end;
-         !error && entry != end; entry.increment(error)) {
-        if (isLinkToDevice(entry->path(), device.number, device.kernelName)) {
-            return decodeUdevLabel(entry->path().filename().string());
+    const fs::path labels = devRoot / "disk/by-label";
+    DirectoryListing listing(labels.c_str());
+    while (const auto name = listing.next()) {
+        if (isLinkToDevice(labels / *name, device.number, device.kernelName)) {
+            return decodeUdevLabel(*name);
         }
     }
     return std::nullopt;

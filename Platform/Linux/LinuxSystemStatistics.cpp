@@ -1,12 +1,11 @@
 #include "Platform/Linux/LinuxSystemStatistics.h"
 
-#include <dirent.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <utility>
 
+#include "Foundation/DirectoryListing.h"
 #include "Platform/Linux/Cpuinfo.h"
 #include "Platform/Linux/DevicetreeModel.h"
 #include "Platform/Linux/Loadavg.h"
@@ -100,20 +99,17 @@ std::uint64_t LinuxSystemStatistics::readZramBytes() {
 void LinuxSystemStatistics::findZramDevices() {
     memoryReadsSinceZramScan = 0;
     std::size_t found = 0;
-    if (DIR* directory = ::opendir(blockDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            const std::string_view name(entry->d_name);
-            if (!name.starts_with(zramPrefix)) {
-                continue;
-            }
-            if (found == zramStatPaths.size()) {
-                zramStatPaths.emplace_back();
-            }
-            // Rewritten in place, so an unchanged device list costs no allocation.
-            auto& path = zramStatPaths[found++];
-            path.assign(blockDirectory).append("/").append(name).append("/mm_stat");
+    DirectoryListing listing(blockDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (!name->starts_with(zramPrefix)) {
+            continue;
         }
-        ::closedir(directory);
+        if (found == zramStatPaths.size()) {
+            zramStatPaths.emplace_back();
+        }
+        // Rewritten in place, so an unchanged device list costs no allocation.
+        auto& path = zramStatPaths[found++];
+        path.assign(blockDirectory).append("/").append(*name).append("/mm_stat");
     }
     zramStatPaths.resize(found);
     // Directory order is arbitrary; a sorted list makes the reads repeatable.

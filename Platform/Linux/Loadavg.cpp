@@ -1,5 +1,6 @@
 #include "Platform/Linux/Loadavg.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -8,7 +9,7 @@ std::optional<std::array<double, 3>> parseLoadavg(std::string_view text) {
     auto line = text::takeLine(text);
     std::array<double, 3> averages{};
     for (auto& average : averages) {
-        const auto value = text::parseDecimal(text::takeField(line));
+        const auto value = parseNumber<double>(text::takeField(line), std::chars_format::fixed);
         if (!value || *value < 0.0) {
             return std::nullopt;
         }

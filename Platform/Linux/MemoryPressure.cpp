@@ -1,5 +1,6 @@
 #include "Platform/Linux/MemoryPressure.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 #include "Platform/SystemStatistics.h"
 
@@ -18,7 +19,7 @@ std::optional<double> avg10From(std::string_view fields) {
     if (!field.starts_with(avg10Key)) {
         return std::nullopt;
     }
-    const auto share = text::parseDecimal(field.substr(avg10Key.size()));
+    const auto share = parseNumber<double>(field.substr(avg10Key.size()), std::chars_format::fixed);
     if (!share || *share < 0.0 || *share > 100.0) {
         return std::nullopt;
     }

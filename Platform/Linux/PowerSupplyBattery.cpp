@@ -1,14 +1,14 @@
 #include "Platform/Linux/PowerSupplyBattery.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <utility>
 #include <vector>
 
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/KernelFileReader.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -24,13 +24,11 @@ constexpr double microPerMilli = 1000;
 
 std::vector<std::string> listSupplies(const std::string& supplyDirectory) {
     std::vector<std::string> names;
-    if (DIR* directory = ::opendir(supplyDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (entry->d_name[0] != '.') {
-                names.emplace_back(entry->d_name);
-            }
+    DirectoryListing listing(supplyDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (!name->starts_with('.')) {
+            names.emplace_back(*name);
         }
-        ::closedir(directory);
     }
     // Directory order is arbitrary; name order makes BAT0 win over BAT1 on every start.
     std::sort(names.begin(), names.end());
@@ -44,7 +42,7 @@ std::optional<std::string_view> readText(KernelFileReader& reader, const std::st
 
 std::optional<std::int64_t> readInteger(KernelFileReader& reader, const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parsePowerSupplyInteger(*text) : std::nullopt;
+    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
 }
 
 // A peripheral's supply (a wireless mouse, a headset, a phone on USB) says so with scope
@@ -118,9 +116,11 @@ std::optional<double> minutesAt(const std::optional<std::int64_t>& amount,
     return static_cast<double>(*amount) / std::abs(static_cast<double>(*rate)) * minutesPerHour;
 }
 
+// full − now; absent without both, or when either is below zero: no battery holds a negative
+// amount, so such a number is a driver's garbage (and could overflow the subtraction).
 std::optional<std::int64_t> difference(const std::optional<std::int64_t>& full,
                                        const std::optional<std::int64_t>& now) {
-    if (!full || !now) {
+    if (!full || !now || *full < 0 || *now < 0) {
         return std::nullopt;
     }
     return *full - *now;
@@ -202,10 +202,6 @@ PowerSupplyStatus parsePowerSupplyStatus(std::string_view text) {
         return PowerSupplyStatus::full;
     }
     return PowerSupplyStatus::unknown;
-}
-
-std::optional<std::int64_t> parsePowerSupplyInteger(std::string_view text) {
-    return text::parseSigned(text::trim(text));
 }
 
 StatisticsDictionary batteryPropertiesFrom(const PowerSupplyReading& r) {

@@ -17,9 +17,6 @@ enum class PowerSupplyStatus { unknown, charging, discharging, notCharging, full
 /// "Charging\n" and the other statuses the kernel prints; anything else is `unknown`.
 [[nodiscard]] PowerSupplyStatus parsePowerSupplyStatus(std::string_view text);
 
-/// A power-supply attribute holding one decimal integer ("-1250000\n"); absent otherwise.
-[[nodiscard]] std::optional<std::int64_t> parsePowerSupplyInteger(std::string_view text);
-
 /// One battery's sysfs attributes in the kernel's units (percent, µWh, µAh, µV, µA, µW,
 /// seconds), each absent when its file is missing or unreadable.
 struct PowerSupplyReading {

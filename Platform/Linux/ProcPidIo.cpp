@@ -1,5 +1,6 @@
 #include "Platform/Linux/ProcPidIo.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -15,9 +16,9 @@ std::optional<ProcPidIo> parseProcPidIo(std::string_view text) {
         auto line = text::takeLine(text);
         const auto key = text::takeField(line);
         if (key == "read_bytes:") {
-            readBytes = text::parseUnsigned(text::takeField(line));
+            readBytes = parseNumber<std::uint64_t>(text::takeField(line));
         } else if (key == "write_bytes:") {
-            writeBytes = text::parseUnsigned(text::takeField(line));
+            writeBytes = parseNumber<std::uint64_t>(text::takeField(line));
         }
     }
     if (!readBytes || !writeBytes) {

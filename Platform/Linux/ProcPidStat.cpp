@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -13,11 +14,12 @@ namespace {
 constexpr std::size_t firstFieldAfterName = 3;
 constexpr std::size_t utimeField = 14;
 constexpr std::size_t stimeField = 15;
+constexpr std::size_t startTimeField = 22;
 constexpr std::size_t rssField = 24;
 
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
-struct Utf8Step {
+struct UTF8Step {
     std::size_t length = 0;
     bool valid = false;
 };
@@ -26,7 +28,7 @@ struct Utf8Step {
 // that could still have begun a valid sequence, at least one byte: each such piece becomes one
 // U+FFFD, the replacement Unicode recommends and Qt and browsers use, so the name reads the
 // same everywhere it is shown.
-Utf8Step stepUtf8(std::string_view bytes) {
+UTF8Step stepUTF8(std::string_view bytes) {
     const auto lead = static_cast<unsigned char>(bytes[0]);
     if (lead < 0x80) {
         return {1, true};
@@ -77,16 +79,18 @@ std::optional<ProcPidStat> parseProcPidStat(std::string_view text) {
     for (auto field = firstFieldAfterName; field <= rssField; ++field) {
         fields[field] = text::takeField(line);
     }
-    const auto utime = text::parseUnsigned(fields[utimeField]);
-    const auto stime = text::parseUnsigned(fields[stimeField]);
-    const auto rssPages = text::parseUnsigned(fields[rssField]);
-    if (!utime || !stime || !rssPages) {
+    const auto utime = parseNumber<std::uint64_t>(fields[utimeField]);
+    const auto stime = parseNumber<std::uint64_t>(fields[stimeField]);
+    const auto startTime = parseNumber<std::uint64_t>(fields[startTimeField]);
+    const auto rssPages = parseNumber<std::uint64_t>(fields[rssField]);
+    if (!utime || !stime || !startTime || !rssPages) {
         return std::nullopt;
     }
     constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
     return ProcPidStat{
         .comm = text.substr(open + 1, close - open - 1),
         .cpuTicks = *utime > largest - *stime ? largest : *utime + *stime,
+        .startTime = *startTime,
         .residentPages = *rssPages,
     };
 }
@@ -98,7 +102,7 @@ std::string processName(std::string_view comm, std::int32_t pid) {
     std::string name;
     name.reserve(comm.size());
     while (!comm.empty()) {
-        const auto step = stepUtf8(comm);
+        const auto step = stepUTF8(comm);
         name.append(step.valid ? comm.substr(0, step.length) : replacementCharacter);
         comm.remove_prefix(step.length);
     }

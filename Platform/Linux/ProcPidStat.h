@@ -14,6 +14,8 @@ struct ProcPidStat {
     std::string_view comm;
     /// utime + stime: CPU time in user and kernel mode, in clock ticks (USER_HZ), all threads.
     std::uint64_t cpuTicks = 0;
+    /// starttime: when the process started, in clock ticks after boot.
+    std::uint64_t startTime = 0;
     /// rss, the resident set size in pages. Since the kernel keeps these counters per CPU, stat
     /// prints a quick reading that leaves out the per-CPU remainders, unlike statm.
     std::uint64_t residentPages = 0;
@@ -23,7 +25,7 @@ struct ProcPidStat {
 
 /// Parses the text of /proc/[pid]/stat. The name is everything between the first '(' and the
 /// last ')', since a process may put spaces and parentheses in its own name. Absent when either
-/// parenthesis is missing, or when utime, stime or rss is missing or not a number.
+/// parenthesis is missing, or when utime, stime, starttime or rss is missing or not a number.
 [[nodiscard]] std::optional<ProcPidStat> parseProcPidStat(std::string_view text);
 
 /// The name a process is shown under: `comm` as UTF-8, each invalid byte sequence replaced by

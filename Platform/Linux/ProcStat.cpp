@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -54,7 +55,7 @@ std::optional<CPUTimes> parseCPUTimes(std::string_view columns) {
         if (field.empty()) {
             break;
         }
-        const auto value = text::parseUnsigned(field);
+        const auto value = parseNumber<std::uint64_t>(field);
         if (!value) {
             return std::nullopt;
         }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
 // Small scanning helpers shared by the kernel-file parsers. They never allocate: every piece
-// they hand out is a view into the text being parsed.
+// they hand out is a view into the text being parsed. Numbers are read with parseNumber
+// (Foundation/NumberParsing.h).
 namespace corvane::text {
 
 /// True for the separators the kernel puts between fields: spaces and tabs.
@@ -55,41 +54,6 @@ namespace corvane::text {
     const auto field = line.substr(start, end - start);
     line.remove_prefix(end);
     return field;
-}
-
-/// The whole of `field` as an unsigned decimal number; absent for anything else (signs,
-/// fractions, trailing characters, values beyond 64 bits).
-[[nodiscard]] inline std::optional<std::uint64_t> parseUnsigned(std::string_view field) {
-    std::uint64_t value = 0;
-    const char* end = field.data() + field.size();
-    const auto [stop, error] = std::from_chars(field.data(), end, value);
-    if (error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-/// The whole of `field` as a signed decimal number; absent for anything else.
-[[nodiscard]] inline std::optional<std::int64_t> parseSigned(std::string_view field) {
-    std::int64_t value = 0;
-    const char* end = field.data() + field.size();
-    const auto [stop, error] = std::from_chars(field.data(), end, value);
-    if (error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-/// The whole of `field` as a finite decimal number; absent for anything else. Independent of
-/// the C locale, which matters because the kernel always writes a '.'.
-[[nodiscard]] inline std::optional<double> parseDecimal(std::string_view field) {
-    double value = 0;
-    const char* end = field.data() + field.size();
-    const auto [stop, error] = std::from_chars(field.data(), end, value, std::chars_format::fixed);
-    if (error != std::errc{} || stop != end || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
 }
 
 /// `kibibytes` × 1024, absent when that does not fit in 64 bits.

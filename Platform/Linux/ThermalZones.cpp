@@ -1,11 +1,11 @@
 #include "Platform/Linux/ThermalZones.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -21,7 +21,7 @@ constexpr std::int64_t absoluteZeroMillidegrees = -273'150;
 
 std::optional<std::int64_t> readMillidegrees(KernelFileReader& reader, const std::string& path) {
     const auto text = reader.read(path.c_str());
-    return text ? parseMillidegrees(*text) : std::nullopt;
+    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
 }
 
 }  // namespace
@@ -41,10 +41,6 @@ std::optional<ThermalTripType> parseThermalTripType(std::string_view text) {
         return ThermalTripType::critical;
     }
     return std::nullopt;
-}
-
-std::optional<std::int64_t> parseMillidegrees(std::string_view text) {
-    return text::parseSigned(text::trim(text));
 }
 
 void ThermalTrips::add(ThermalTripType type, std::int64_t millidegrees) {
@@ -118,13 +114,11 @@ void ThermalZones::findZones(KernelFileReader& reader) {
     readsSinceScan = 0;
     zones.clear();
     std::vector<std::string> directories;
-    if (DIR* directory = ::opendir(thermalDirectory.c_str())) {
-        while (const dirent* entry = ::readdir(directory)) {
-            if (std::string_view(entry->d_name).starts_with(zonePrefix)) {
-                directories.push_back(thermalDirectory + "/" + entry->d_name + "/");
-            }
+    DirectoryListing listing(thermalDirectory.c_str());
+    while (const auto name = listing.next()) {
+        if (name->starts_with(zonePrefix)) {
+            directories.push_back(thermalDirectory + "/" + std::string(*name) + "/");
         }
-        ::closedir(directory);
     }
     std::sort(directories.begin(), directories.end());
     for (const auto& zoneDirectory : directories) {

@@ -18,10 +18,6 @@ enum class ThermalTripType { active, passive, hot, critical };
 /// A trip_point_N_type file ("passive\n"); absent for a type the kernel does not define.
 [[nodiscard]] std::optional<ThermalTripType> parseThermalTripType(std::string_view text);
 
-/// A thermal temperature file ("45000\n", millidegrees Celsius, may be negative); absent for
-/// anything but a decimal integer.
-[[nodiscard]] std::optional<std::int64_t> parseMillidegrees(std::string_view text);
-
 /// The trip points of one zone that the rule looks at: the lowest of each kind, in millidegrees.
 struct ThermalTrips {
     std::optional<std::int64_t> passiveMillidegrees;

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Vmstat.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -17,7 +18,7 @@ std::optional<std::uint64_t> bytesFromValue(std::string_view value) {
     if (!text::takeField(value).empty()) {
         return std::nullopt;
     }
-    const auto kibibytes = text::parseUnsigned(number);
+    const auto kibibytes = parseNumber<std::uint64_t>(number);
     if (!kibibytes) {
         return std::nullopt;
     }

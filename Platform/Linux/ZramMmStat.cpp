@@ -1,5 +1,6 @@
 #include "Platform/Linux/ZramMmStat.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -10,7 +11,7 @@ std::optional<std::uint64_t> parseZramMemUsedTotal(std::string_view text) {
     auto line = text::takeLine(text);
     (void)text::takeField(line);
     (void)text::takeField(line);
-    return text::parseUnsigned(text::takeField(line));
+    return parseNumber<std::uint64_t>(text::takeField(line));
 }
 
 }  // namespace corvane

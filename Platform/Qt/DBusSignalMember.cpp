@@ -10,7 +10,7 @@ constexpr std::string_view memberPrefix = "s_";
 constexpr std::size_t hashDigits = 16;
 constexpr char hexDigits[] = "0123456789abcdef";
 
-bool isAsciiAlphanumeric(unsigned char byte) {
+bool isASCIIAlphanumeric(unsigned char byte) {
     return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') ||
            (byte >= '0' && byte <= '9');
 }
@@ -32,7 +32,7 @@ std::string signalMemberName(std::string_view name) {
     std::string member(memberPrefix);
     member.reserve(memberPrefix.size() + name.size() * 3);
     for (unsigned char byte : name) {
-        if (isAsciiAlphanumeric(byte)) {
+        if (isASCIIAlphanumeric(byte)) {
             member += static_cast<char>(byte);
         } else {
             member += '_';

@@ -6,8 +6,6 @@
 #include <system_error>
 #include <utility>
 
-#include "CorvaneShared/BundleDirectory.h"
-
 namespace corvane {
 
 namespace {
@@ -17,8 +15,8 @@ constexpr const char* textContext = "Localizable";
 
 }  // namespace
 
-QtTranslations::QtTranslations(std::optional<std::filesystem::path> bundle)
-    : bundle(std::move(bundle)) {}
+QtTranslations::QtTranslations(FileLookup translationFile)
+    : translationFile(std::move(translationFile)) {}
 
 QtTranslations::~QtTranslations() = default;
 
@@ -27,8 +25,7 @@ const QTranslator* QtTranslations::translator(std::string_view language) {
         return found->second.get();
     }
     std::unique_ptr<QTranslator> translator;
-    const auto file =
-        bundle ? BundleDirectory::translationFile(*bundle, language) : std::filesystem::path();
+    const auto file = translationFile ? translationFile(language) : std::filesystem::path();
     std::error_code error;
     // QTranslator::load falls back to shorter names ("corvane_pt_BR" to "corvane_pt"), which
     // would answer one language with another's texts; only the exact file counts.

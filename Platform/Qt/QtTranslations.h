@@ -12,13 +12,16 @@ class QTranslator;
 
 namespace corvane {
 
-/// The compiled Qt Linguist translations of a bundle (see BundleDirectory), each loaded on its
-/// first use and kept. Keys are the English texts in the context "Localizable", the one table
-/// every text lives in. Main thread only.
+/// Compiled Qt Linguist translations, each loaded on its first use and kept. Keys are the English
+/// texts in the context "Localizable", the one table every text lives in. Main thread only.
 class QtTranslations {
 public:
-    /// Absent `bundle`: no translations at all.
-    explicit QtTranslations(std::optional<std::filesystem::path> bundle);
+    /// Where the compiled translation of `language` ("de", "pt-BR") would be; it need not exist.
+    using FileLookup = std::function<std::filesystem::path(std::string_view language)>;
+
+    /// Translations from the files `translationFile` names; an empty lookup: none at all. The
+    /// caller knows the layout the files are installed in, so this class needs no bundle.
+    explicit QtTranslations(FileLookup translationFile);
     ~QtTranslations();
 
     QtTranslations(const QtTranslations&) = delete;
@@ -31,7 +34,7 @@ public:
 private:
     const QTranslator* translator(std::string_view language);
 
-    std::optional<std::filesystem::path> bundle;
+    FileLookup translationFile;
     /// Null for a language whose file did not load, so it is tried only once.
     std::map<std::string, std::unique_ptr<QTranslator>, std::less<>> loaded;
 };

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "Platform/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 
 namespace corvane::ArchiveSignature {
 

@@ -1,11 +1,12 @@
 #include "Platform/Updates/UpdateChoice.h"
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane::UpdateChoice {
 
 std::optional<std::int64_t> buildOf(std::string_view text) {
-    return text::parseSigned(text::trim(text));
+    return parseNumber<std::int64_t>(text::trim(text));
 }
 
 std::optional<UpdateItem> newest(const std::vector<UpdateItem>& items, std::int64_t runningBuild,

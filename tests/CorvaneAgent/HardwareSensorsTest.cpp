@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
 #include <map>
 #include <string_view>
 
+#include "CorvaneAgent/RecordedSMCTable.h"
+#include "CorvaneAgent/SMCReader.h"
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 
 namespace corvane {
@@ -171,6 +174,60 @@ TEST(HardwareSensors, ReadsEachFixtureMachine) {
     }
 }
 
+// One applesmc chip whose temperature sensors carry the labels given, each reading its place
+// in the list plus 40 degrees.
+class FakeApplesmcChip final : public HardwareMonitor {
+public:
+    explicit FakeApplesmcChip(const std::vector<std::string>& labels) {
+        HwmonChip chip{.name = "applesmc"};
+        for (std::size_t i = 0; i < labels.size(); ++i) {
+            chip.temperatures.push_back({static_cast<int>(i) + 1, labels[i]});
+        }
+        chipList.push_back(std::move(chip));
+    }
+    const std::vector<HwmonChip>& chips() const override { return chipList; }
+    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
+    std::optional<std::int64_t> temperatureMillidegrees(std::size_t, std::size_t sensor) override {
+        return static_cast<std::int64_t>(40 + sensor) * 1000;
+    }
+    HwmonFanSpeeds fanSpeeds(std::size_t, std::size_t) override { return {}; }
+    std::optional<std::uint64_t> powerMicrowatts(std::size_t, std::size_t) override {
+        return std::nullopt;
+    }
+    std::optional<EnergySample> energy(std::size_t) override { return std::nullopt; }
+
+private:
+    std::vector<HwmonChip> chipList;
+    std::vector<RAPLDomain> domains;
+};
+
+TEST(HardwareSensors, ApplesmcKeysReadInTheScopeTheControllerReadsThemIn) {
+    // The driver lists the controller's keys in its index order, as enumeration does. "Tf" and
+    // "TU" classify as CPU and GPU but are not among the keys the menu bar reads.
+    const std::vector<std::string> keys = {"TC0P", "Tf04", "Tp01", "TU0P", "Tg0D", "Te05", "TB0T"};
+    std::string table = R"([{"key": "#KEY", "type": "ui32", "bytes": "00000008"})";
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        char celsius[24];
+        std::snprintf(celsius, sizeof celsius, "%02zx00", 40 + i);  // sp78: whole degrees first
+        table += R"(, {"key": ")" + keys[i] + R"(", "type": "sp78", "bytes": ")" + celsius + "\"}";
+    }
+    table += "]";
+    auto loaded = parseRecordedSMCTable(table);
+    ASSERT_TRUE(std::holds_alternative<RecordedSMCTable>(loaded));
+    const auto controller = SMCReader::create(
+        std::make_unique<RecordedSMCTable>(std::get<RecordedSMCTable>(std::move(loaded))));
+    const auto hwmon = HardwareSensors::create(std::make_unique<FakeApplesmcChip>(keys));
+    ASSERT_TRUE(controller && hwmon);
+    for (const auto scope : {Scope::menuBar, Scope::full}) {
+        SCOPED_TRACE(smcScopeRaw(scope));
+        EXPECT_EQ(hwmon->temperatures(scope), controller->temperatures(scope));
+    }
+    EXPECT_EQ(hwmon->temperatures(Scope::menuBar),
+              (std::vector<TemperatureReading>{{"Tp01", Category::cpu, 42.0},
+                                               {"Te05", Category::cpu, 45.0},
+                                               {"Tg0D", Category::gpu, 44.0}}));
+}
+
 TEST(HardwareSensors, NoSourceWithoutAChip) {
     EXPECT_FALSE(sensorsOn("debian12-kvm-x86_64"));
     EXPECT_FALSE(sensorsOn("no-such-machine"));
@@ -180,10 +237,10 @@ TEST(HardwareSensors, NoSourceWithoutAChip) {
 // Energy counters that tests set between passes.
 class FakeCounters final : public HardwareMonitor {
 public:
-    explicit FakeCounters(std::vector<RaplDomain> domains)
+    explicit FakeCounters(std::vector<RAPLDomain> domains)
         : chipList{{.name = "coretemp"}}, domains(std::move(domains)) {}
     const std::vector<HwmonChip>& chips() const override { return chipList; }
-    const std::vector<RaplDomain>& raplDomains() const override { return domains; }
+    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
     std::optional<std::int64_t> temperatureMillidegrees(std::size_t, std::size_t) override {
         return std::nullopt;
     }
@@ -200,14 +257,14 @@ public:
 
 private:
     std::vector<HwmonChip> chipList;
-    std::vector<RaplDomain> domains;
+    std::vector<RAPLDomain> domains;
 };
 
 TEST(HardwareSensors, PackagesAddUpAndEveryOneMustRead) {
     const TimePoint start;
     constexpr std::uint64_t range = 100'000'000'000;
     auto owned = std::make_unique<FakeCounters>(
-        std::vector<RaplDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
+        std::vector<RAPLDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
     auto& counters = *owned;
     const auto sensors =
         HardwareSensors::create(std::move(owned), [] { return std::optional(1000.0); });

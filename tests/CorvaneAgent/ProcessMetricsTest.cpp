@@ -12,8 +12,9 @@ namespace {
 // 100 ticks per second, as USER_HZ is: 10 ticks in a second are 10 %.
 constexpr double nanosecondsPerTick = 1e7;
 
-ProcessSample sample(std::uint64_t ticks, std::uint64_t read, std::uint64_t write) {
-    return {7, "worker", ticks, 4096, read, write};
+ProcessSample sample(std::uint64_t ticks, std::uint64_t read, std::uint64_t write,
+                     std::uint64_t startTime = 1000) {
+    return {7, "worker", ticks, 4096, read, write, startTime};
 }
 
 ProcessMetric metric(double cpu, std::uint64_t readPerSecond, std::uint64_t writePerSecond) {
@@ -34,6 +35,8 @@ TEST(RankProcesses, FiguresOfOneProcess) {
         {"rates truncated", sample(0, 0, 100), sample(0, 1001, 100), 0.3, metric(0, 3336, 0)},
         {"new process", std::nullopt, sample(500, 9000, 9000), 1.0, metric(0, 0, 0)},
         {"pid reused", sample(500, 5000, 9000), sample(100, 100, 50), 1.0, metric(0, 0, 0)},
+        {"pid reused by a busier process", sample(100, 100, 50), sample(500, 5000, 9000, 2000), 1.0,
+         metric(0, 0, 0)},
         {"no previous time", sample(100, 0, 0), sample(150, 1, 0), {}, metric(0, 1000, 0)},
         {"no time elapsed", sample(100, 0, 0), sample(101, 0, 2), 0.0, metric(1000, 0, 2000)},
     };

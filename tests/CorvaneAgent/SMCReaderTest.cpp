@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "CorvaneAgent/RecordedSmcTable.h"
+#include "CorvaneAgent/RecordedSMCTable.h"
 #include "CorvaneAgent/SMCDecoder.h"
 
 namespace corvane {
@@ -18,17 +18,17 @@ namespace {
 
 using Scope = SamplingPlan::SMCScope;
 
-std::unique_ptr<RecordedSmcTable> tableFrom(
-    std::variant<RecordedSmcTable, RecordedSmcTableError> loaded) {
-    if (const auto* error = std::get_if<RecordedSmcTableError>(&loaded)) {
+std::unique_ptr<RecordedSMCTable> tableFrom(
+    std::variant<RecordedSMCTable, RecordedSMCTableError> loaded) {
+    if (const auto* error = std::get_if<RecordedSMCTableError>(&loaded)) {
         ADD_FAILURE() << error->message;
         return nullptr;
     }
-    return std::make_unique<RecordedSmcTable>(std::get<RecordedSmcTable>(std::move(loaded)));
+    return std::make_unique<RecordedSMCTable>(std::get<RecordedSMCTable>(std::move(loaded)));
 }
 
 std::unique_ptr<SMCReader> readerFor(std::string_view json) {
-    return SMCReader::create(tableFrom(parseRecordedSmcTable(json)));
+    return SMCReader::create(tableFrom(parseRecordedSMCTable(json)));
 }
 
 std::vector<std::string> keysOf(const std::vector<TemperatureReading>& readings) {
@@ -82,7 +82,7 @@ TEST(SMCReader, KeyCountDecidesBetweenEnumerationAndProbing) {
 }
 
 // Records the key of every key-information command, answering each from an empty table.
-class ProbeLog final : public SmcTransport {
+class ProbeLog final : public SMCTransport {
 public:
     int call(const SMCRecord& input, SMCRecord& output) override {
         const auto request = decodeSMCKeyData(input);
@@ -91,7 +91,7 @@ public:
         }
         return table.call(input, output);
     }
-    RecordedSmcTable table;
+    RecordedSMCTable table;
     std::vector<std::string> probed;
 };
 
@@ -200,7 +200,7 @@ TEST(SMCReader, ReadsRecordedMachines) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.file);
         const auto reader = SMCReader::create(tableFrom(
-            loadRecordedSmcTable(std::string(CORVANE_FIXTURES "/smc/") + std::string(row.file))));
+            loadRecordedSMCTable(std::string(CORVANE_FIXTURES "/smc/") + std::string(row.file))));
         ASSERT_TRUE(reader);
         const auto menuBar = reader->temperatures(Scope::menuBar);
         const auto full = reader->temperatures(Scope::full);
@@ -209,50 +209,6 @@ TEST(SMCReader, ReadsRecordedMachines) {
         EXPECT_TRUE(std::equal(menuBar.begin(), menuBar.end(), full.begin()));
         EXPECT_EQ(reader->power().size(), row.powerChannels);
     }
-}
-
-struct RefusalRow {
-    std::string_view name;
-    std::string_view json;
-    std::string_view message;
-};
-
-TEST(RecordedSmcTable, RefusesMalformedTablesNamingTheEntry) {
-    const auto thirtyThreeBytes =
-        R"([{"key": "TC0P", "type": "sp78", "bytes": ")" + std::string(66, '0') + R"("}])";
-    const RefusalRow rows[] = {
-        {"not JSON", "[{", "the table is not valid JSON"},
-        {"not an array", "{}", "the table is not a JSON array of keys"},
-        {"not an object", R"([{"key": "TC0P", "type": "sp78", "bytes": ""}, 7])",
-         "entry 1 is not an object"},
-        {"key not text", R"([{"key": 7, "type": "sp78", "bytes": "2d80"}])",
-         R"(entry 0: "key" must be a string of four bytes)"},
-        {"key of three bytes", R"([{"key": "TC0", "type": "sp78", "bytes": "2d80"}])",
-         R"(entry 0 "TC0": "key" must be a string of four bytes)"},
-        {"no type", R"([{"key": "TC0P", "bytes": "2d80"}])",
-         R"(entry 0 "TC0P": "type" must be a string of four bytes)"},
-        {"odd digits", R"([{"key": "TC0P", "type": "sp78", "bytes": "2d8"}])",
-         R"(entry 0 "TC0P": "bytes" must be a string of hexadecimal digit pairs)"},
-        {"not hex", R"([{"key": "TC0P", "type": "sp78", "bytes": "2x80"}])",
-         R"(entry 0 "TC0P": "bytes" must be a string of hexadecimal digit pairs)"},
-        {"33 bytes", thirtyThreeBytes, R"(entry 0 "TC0P": "bytes" holds more than 32 bytes)"},
-        {"negative size", R"([{"key": "TC0P", "type": "sp78", "bytes": "2d80", "size": -1}])",
-         R"(entry 0 "TC0P": "size" must be a whole number from 0 to 2^32 - 1)"},
-        {"listed twice", R"([{"key": "TC0P", "type": "sp78", "bytes": "2d80"},
-                            {"key": "TC0P", "type": "sp78", "bytes": "2e00"}])",
-         R"(entry 1 "TC0P": the key is listed before, as entry 0)"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const auto result = parseRecordedSmcTable(row.json);
-        const auto* error = std::get_if<RecordedSmcTableError>(&result);
-        ASSERT_TRUE(error);
-        EXPECT_EQ(error->message, row.message);
-    }
-    const auto missing = loadRecordedSmcTable(CORVANE_FIXTURES "/smc/missing.json");
-    ASSERT_TRUE(std::holds_alternative<RecordedSmcTableError>(missing));
-    EXPECT_NE(std::get<RecordedSmcTableError>(missing).message.find("missing.json"),
-              std::string::npos);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ using Scope = SamplingPlan::SMCScope;
 
 struct PlanRow {
     const char* name;
-    const char* storedJson;
+    const char* storedJSON;
     std::set<MonitorSection> open;
     SamplingPlan expected;
 };
@@ -80,7 +80,7 @@ TEST(SamplingPlan, FollowsVisibleMetersReadoutsAndOpenPanels) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        InMemorySettingsStore settings(SettingValue::parse(row.storedJson));
+        InMemorySettingsStore settings(SettingValue::parse(row.storedJSON));
         EXPECT_EQ(computeSamplingPlan(settings, row.open), row.expected);
     }
 }

@@ -1,9 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <filesystem>
+#include <functional>
 
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
+#include "Platform/Linux/LinuxSystemStatistics.h"
 #include "tests/CorvaneAgent/FakeSystemStatistics.h"
 #include "tests/support/ManualScheduler.h"
 
@@ -83,10 +88,11 @@ protected:
             .storage = storage,
             .gpu = std::move(gpu),
             .sensors = sensors,
-            .battery = [this] {
-                ++batteryReads;
-                return std::optional(BatteryInfo{.chargePercent = 80});
-            },
+            .battery =
+                [this] {
+                    ++batteryReads;
+                    return std::optional(BatteryInfo{.chargePercent = 80});
+                },
             .displayState = std::move(display),
         };
         auto monitor = SystemMonitor::create(std::move(services));
@@ -130,7 +136,7 @@ TEST_F(SystemMonitorTest, FirstRefreshIsABaselineAndTheSecondShowsUsage) {
     EXPECT_DOUBLE_EQ(monitor->fields().cpuUsage, 0.6);
 }
 
-TEST_F(SystemMonitorTest, ChangedCpuCountShowsZerosForOneRefresh) {
+TEST_F(SystemMonitorTest, ChangedCPUCountShowsZerosForOneRefresh) {
     readings.processors = {{0, 0, 0, 0}, {0, 0, 0, 0}};
     auto monitor = makeMonitor();
     readings.processors = {{10, 0, 0, 0}, {10, 0, 0, 0}};
@@ -446,7 +452,68 @@ TEST_F(SystemMonitorTest, ProcessScansEveryThirdRefreshAndRatesOverTheTimeBetwee
     EXPECT_EQ(processes->scans, 2) << "no meter or panel shows processes";
 }
 
-TEST_F(SystemMonitorTest, GpuIsReadOnlyForTheCpuAndSensorsPanels) {
+TEST_F(SystemMonitorTest, FirstProcessScanAfterSamplingWasOffShowsNoRates) {
+    struct Row {
+        const char* name;
+        std::function<void()> stop;
+        std::function<void()> resume;
+    };
+    const auto showProcessMeters = [this](bool shown) {
+        for (const char* key : {"showCPUItem", "showMemoryItem", "showStorageItem"}) {
+            settings.set(key, shown ? SettingValue() : SettingValue(false));
+        }
+    };
+    const Row rows[] = {
+        {"display slept", [&] { sendDisplayEvent(DisplayEvent::screensDidSleep); },
+         [&] { sendDisplayEvent(DisplayEvent::screensDidWake); }},
+        // The scan's result arrives after the pause began; it must not become the baseline.
+        {"display slept while a scan ran",
+         [&] {
+             scheduler.advance(3.0);
+             ASSERT_EQ(scheduler.pendingBackgroundTasks(), 1u);
+             sendDisplayEvent(DisplayEvent::screensDidSleep);
+             scheduler.settle();
+         },
+         [&] { sendDisplayEvent(DisplayEvent::screensDidWake); }},
+        {"no meter showed processes", [&] { showProcessMeters(false); },
+         [&] { showProcessMeters(true); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        processes = std::make_shared<FakeProcesses>();
+        auto monitor = makeMonitor();
+        auto& ticks = processes->table[0].cpuTicks;
+        const auto scanAgain = [&] {
+            const int scans = processes->scans;
+            for (int tick = 0; tick < 3 && processes->scans == scans; ++tick) {
+                scheduler.advance(1.0);
+                scheduler.settle();
+            }
+            ASSERT_EQ(processes->scans, scans + 1);
+        };
+        scheduler.settle();
+        ticks += 150;
+        scanAgain();
+        ASSERT_DOUBLE_EQ(monitor->fields().topCPUProcesses[0].cpu, 50.0);
+
+        row.stop();
+        ticks += 3000;
+        scheduler.advance(30.0);
+        scheduler.settle();
+        const int scansBeforeResuming = processes->scans;
+        row.resume();
+        scheduler.settle();
+        if (processes->scans == scansBeforeResuming) {
+            scanAgain();
+        }
+        EXPECT_EQ(monitor->fields().topCPUProcesses[0].cpu, 0.0) << "nothing recent to compare";
+        ticks += 150;
+        scanAgain();
+        EXPECT_DOUBLE_EQ(monitor->fields().topCPUProcesses[0].cpu, 50.0);
+    }
+}
+
+TEST_F(SystemMonitorTest, GPUIsReadOnlyForTheCPUAndSensorsPanels) {
     gpu = std::make_unique<FakeGPU>();
     auto monitor = makeMonitor();
     EXPECT_EQ(monitor->fields().gpuUsage, std::nullopt);
@@ -459,13 +526,12 @@ TEST_F(SystemMonitorTest, SensorPassGroupsReadingsByCategory) {
     sensors = std::make_shared<FakeSensors>();
     auto monitor = makeMonitor();
     int cpuTemperatureChanges = 0;
-    auto token =
-        monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
+    auto token = monitor->observe(MonitorField::cpuTemperature, [&] { ++cpuTemperatureChanges; });
     scheduler.settle();
     // Other readings stay out of the groups; the hottest reading of a category stands for it.
-    EXPECT_EQ(monitor->fields().sensorGroups,
-              (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5},
-                                        {SensorCategory::battery, 31.0}}));
+    EXPECT_EQ(
+        monitor->fields().sensorGroups,
+        (std::vector<SensorGroup>{{SensorCategory::cpu, 61.5}, {SensorCategory::battery, 31.0}}));
     EXPECT_EQ(monitor->cpuTemperature(), 61.5);
     EXPECT_EQ(monitor->gpuTemperature(), std::nullopt);
     EXPECT_EQ(monitor->hottestCelsius(), 61.5);
@@ -496,8 +562,8 @@ TEST_F(SystemMonitorTest, RunningPassThatCoversThePlanIsAwaitedNotDoubled) {
     EXPECT_FALSE(sensorsReady);
     scheduler.settle();
     EXPECT_TRUE(sensorsReady);
-    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{
-                                   SamplingPlan::SMCScope::menuBar, SamplingPlan::SMCScope::full}));
+    EXPECT_EQ(sensors->scopes, (std::vector<SamplingPlan::SMCScope>{SamplingPlan::SMCScope::menuBar,
+                                                                    SamplingPlan::SMCScope::full}));
     EXPECT_EQ(batteryReads, 1);
 }
 
@@ -514,6 +580,35 @@ TEST_F(SystemMonitorTest, ConstructionReadsMachineFactsWithFallbacks) {
     readings.thermal = ThermalState::serious;
     scheduler.advance(1.0);
     EXPECT_EQ(monitor->thermalStateLabel(), "High");
+}
+
+TEST_F(SystemMonitorTest, CountersOfAFixtureMachineThatWrapOrGoBackwardsBetweenRefreshes) {
+    // The same machine one refresh apart: the monitor reads `before`, then `after` in its place.
+    namespace fs = std::filesystem;
+    const fs::path fixtures = CORVANE_FIXTURES;
+    const fs::path proc = fs::temp_directory_path() / ("corvane-wrap-" + std::to_string(getpid()));
+    fs::create_directories(proc);
+    fs::copy_file(fixtures / "wrap-before/proc/stat", proc / "stat");
+
+    auto monitor = SystemMonitor::create({
+        .settings = settings,
+        .runtime = scheduler.runtime(),
+        .statistics = std::make_unique<LinuxSystemStatistics>(proc, proc),
+    });
+    monitor->start();
+    fs::copy_file(fixtures / "wrap-after/proc/stat", proc / "stat",
+                  fs::copy_options::overwrite_existing);
+    scheduler.advance(1.0);
+    fs::remove_all(proc);
+
+    // Between the two captures the machine's user and system sums cross 2^32 ticks:
+    // +800 user, +500 system, +1010 idle.
+    EXPECT_NEAR(monitor->fields().userCPUUsage, 800.0 / 2310.0, 1e-12);
+    EXPECT_NEAR(monitor->fields().systemCPUUsage, 500.0 / 2310.0, 1e-12);
+    // cpu0 moved 5660 ticks of which 5010 idle; cpu1's idle and total went backwards.
+    ASSERT_EQ(monitor->fields().coreUsages.size(), 2u);
+    EXPECT_NEAR(monitor->fields().coreUsages[0], 1.0 - 5010.0 / 5660.0, 1e-12);
+    EXPECT_EQ(monitor->fields().coreUsages[1], 0.0);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 #include <variant>
 #include <vector>
 
-#include "Platform/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 #include "Platform/Updates/ArchiveSignature.h"
 
 namespace corvane::ReleaseTool {

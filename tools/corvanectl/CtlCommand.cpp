@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <cmath>
-#include <system_error>
+
+#include "Foundation/NumberParsing.h"
 
 namespace corvane {
 
@@ -54,17 +53,6 @@ std::optional<bool> parseBoolean(std::string_view text) {
         }
     }
     return std::nullopt;
-}
-
-// from_chars: the same in every locale, and "inf" or "nan" are no setting's number.
-std::optional<double> parseNumber(std::string_view text) {
-    double value = 0;
-    const char* end = text.data() + text.size();
-    auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (text.empty() || error != std::errc{} || stop != end || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
 }
 
 // Anywhere on the line, as most tools take it; a value can therefore not be "-h" or "--help".
@@ -138,7 +126,7 @@ std::optional<SettingValue> settingFromText(std::string_view text, ValueType typ
             }
             return std::nullopt;
         case ValueType::number:
-            if (auto number = parseNumber(text)) {
+            if (auto number = parseNumber<double>(text)) {
                 return SettingValue(*number);
             }
             return std::nullopt;
@@ -148,7 +136,7 @@ std::optional<SettingValue> settingFromText(std::string_view text, ValueType typ
     if (text == "true" || text == "false") {
         return SettingValue(text == "true");
     }
-    if (auto number = parseNumber(text)) {
+    if (auto number = parseNumber<double>(text)) {
         return SettingValue(*number);
     }
     return SettingValue(std::string(text));

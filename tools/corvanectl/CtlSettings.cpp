@@ -1,18 +1,15 @@
 #include "tools/corvanectl/CtlSettings.h"
 
-#include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <system_error>
+#include <variant>
 
+#include "CorvaneShared/JSONFileSettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
+#include "Foundation/BoundedFileRead.h"
 
 namespace corvane {
 
 namespace {
-
-// The store reads files past this size as corrupt; a settings file is a few kilobytes.
-constexpr std::uintmax_t largestReadableFile = 16 * 1024 * 1024;
 
 SettingValue effectiveValues(const SettingsStore& store) {
     SettingValue values = SettingValue::object();
@@ -44,23 +41,16 @@ std::optional<std::string> settingsFileProblem(const std::filesystem::path& file
     if (status.type() == std::filesystem::file_type::not_found) {
         return std::nullopt;
     }
-    const std::string cannotRead = "cannot read " + file.string();
     // A failed status() reads as no regular file.
-    if (status.type() != std::filesystem::file_type::regular ||
-        std::filesystem::file_size(file, error) > largestReadableFile || error) {
-        return cannotRead;
+    if (status.type() != std::filesystem::file_type::regular) {
+        return "cannot read " + file.string();
     }
-    std::ifstream stream(file, std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(stream), {});
-    if (!stream.is_open() || stream.bad()) {
-        return cannotRead;
+    const auto text = readFileAtMost(file, JSONFileSettingsStore::maximumFileBytes);
+    if (std::holds_alternative<FileReadFailure>(text)) {
+        return "cannot read " + file.string();
     }
-    if (text.empty()) {
-        return std::nullopt;
-    }
-    const SettingValue parsed = SettingValue::parse(text, nullptr, false);
-    if (parsed.is_discarded() || !parsed.is_object()) {
-        return file.string() + " holds no JSON object; fix or remove it";
+    if (!JSONFileSettingsStore::parseContents(std::get<std::string>(text))) {
+        return file.string() + " holds no JSON object of settings; fix or remove it";
     }
     return std::nullopt;
 }

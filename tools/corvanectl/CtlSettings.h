@@ -15,8 +15,9 @@ namespace corvane {
 std::string settingText(const SettingValue& value);
 
 /// Why the settings file cannot be read, in one line; absent when it is missing (it reads as
-/// empty) or holds a JSON object. Commands refuse such a file rather than have a write set
-/// it aside and start over.
+/// empty) or holds what the settings store reads as settings. Commands refuse any other file
+/// (not a JSON object, too large, nested too deep) rather than have a write set it aside and
+/// start over.
 std::optional<std::string> settingsFileProblem(const std::filesystem::path& file);
 
 /// Runs get, set, delete or list on `store`, whose factory defaults are registered. Prints

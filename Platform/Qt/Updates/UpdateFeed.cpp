@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane::UpdateFeed {
@@ -39,7 +40,7 @@ void readEnclosure(const QXmlStreamReader& reader, ItemFields& fields) {
     fields.item.archiveURL =
         attributes.value(QLatin1String("url")).toString().trimmed().toStdString();
     const std::string length = attributes.value(QLatin1String("length")).toString().toStdString();
-    fields.item.archiveLength = text::parseUnsigned(text::trim(length)).value_or(0);
+    fields.item.archiveLength = parseNumber<std::uint64_t>(text::trim(length)).value_or(0);
     fields.item.edSignature = appcastAttribute(attributes, "edSignature").value_or("");
     fields.enclosureVersion = appcastAttribute(attributes, "version");
     fields.enclosureShortVersion = appcastAttribute(attributes, "shortVersionString");

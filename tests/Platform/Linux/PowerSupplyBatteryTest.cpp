@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string_view>
 
 namespace corvane {
@@ -79,6 +81,18 @@ TEST(PowerSupplyBattery, StatusDecidesDirectionAndEstimate) {
          -500.0,
          90.0},
         {"full: no estimate", {.status = PowerSupplyStatus::full, .currentNow = 0}, 0.0, nullptr},
+        // The energy pair is garbage (no battery holds a negative amount), so the charge pair
+        // gives the estimate.
+        {"garbage energy while charging",
+         {.status = PowerSupplyStatus::charging,
+          .energyNow = 1,
+          .energyFull = std::numeric_limits<std::int64_t>::min(),
+          .chargeNow = 1000000,
+          .chargeFull = 3000000,
+          .currentNow = 2000000,
+          .powerNow = 1000000},
+         2000.0,
+         60.0},
         {"at rest while discharging: no estimate",
          {.status = PowerSupplyStatus::discharging, .energyNow = 50, .powerNow = 0},
          nullptr,

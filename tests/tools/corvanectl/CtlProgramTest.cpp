@@ -19,10 +19,10 @@
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
 using corvane::testing::ProgramRun;
 using corvane::testing::readAll;
 using corvane::testing::runCommand;
+using nlohmann::json;
 
 const std::string ctl = CORVANE_CTL_PROGRAM;
 
@@ -123,21 +123,28 @@ TEST_F(CtlProgramTest, StoredSettingsKeepTheirTypesAndChangeTheAgentsPlan) {
 }
 
 TEST_F(CtlProgramTest, RefusesWithOneLineAndStatusTwoWritingNothing) {
-    fs::create_directories(settingsFile().parent_path());
-    std::ofstream(settingsFile()) << "{not json";
-    for (const char* arguments :
-         {"", "frobnicate", "get a b", "set showCPUItem", "set key maybe --bool",
-          "set key 1 --bool --double", "post settings quitAgent", "watch Settings",
-          "set showCPUItem false", "get showCPUItem"}) {
-        SCOPED_TRACE(arguments);
-        ProgramRun result = run(ctl + " " + arguments);
-        EXPECT_EQ(result.status, 2);
-        EXPECT_TRUE(result.output.empty());
-        EXPECT_TRUE(result.errors.starts_with("corvanectl: ")) << result.errors;
-        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+    // A file nested 100,000 levels deep once took the program down with the stack.
+    const std::string deep =
+        R"({"a": 1, "deep": )" + std::string(100'000, '[') + std::string(100'000, ']') + "}";
+    for (const std::string& content : {std::string("{not json"), deep}) {
+        SCOPED_TRACE(content.substr(0, 20));
+        fs::create_directories(settingsFile().parent_path());
+        std::ofstream(settingsFile()) << content;
+        for (const char* arguments :
+             {"", "frobnicate", "get a b", "set showCPUItem", "set key maybe --bool",
+              "set key 1 --bool --double", "post settings quitAgent", "watch Settings",
+              "set showCPUItem false", "get showCPUItem", "list"}) {
+            SCOPED_TRACE(arguments);
+            ProgramRun result = run(ctl + " " + arguments);
+            EXPECT_EQ(result.status, 2);
+            EXPECT_TRUE(result.output.empty());
+            EXPECT_TRUE(result.errors.starts_with("corvanectl: ")) << result.errors;
+            EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+        }
+        EXPECT_EQ(readAll(settingsFile()), content);
+        EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
+        fs::remove_all(settingsFile().parent_path());
     }
-    EXPECT_EQ(readAll(settingsFile()), "{not json");
-    EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
 }
 
 }  // namespace

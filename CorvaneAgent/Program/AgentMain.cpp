@@ -1,0 +1,62 @@
+#include <QCoreApplication>
+
+#include <iostream>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Program/HeadlessSession.h"
+#include "CorvaneAgent/Program/UpdateCheckSession.h"
+#include "CorvaneShared/AppLanguage.h"
+#include "CorvaneShared/BundleDirectory.h"
+#include "Platform/Linux/ExecutablePath.h"
+#include "Platform/Qt/QtTranslations.h"
+
+int main(int argc, char** argv) {
+    using corvane::AgentOptions;
+    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+    auto parsed = corvane::parseAgentArguments(arguments);
+    if (const auto* error = std::get_if<corvane::ArgumentError>(&parsed)) {
+        std::cerr << "corvane-agent: " << error->message << '\n';
+        return 2;
+    }
+    const auto& options = std::get<AgentOptions>(parsed);
+    switch (options.mode) {
+        case AgentOptions::Mode::help: std::cout << corvane::agentUsage(); return 0;
+        case AgentOptions::Mode::menuBar:
+            std::cerr << "corvane-agent: the menu bar is not available yet; "
+                         "use --snapshot or --stream (see --help)\n";
+            return 1;
+        case AgentOptions::Mode::snapshot:
+        case AgentOptions::Mode::stream:
+        case AgentOptions::Mode::updateCheck:
+        case AgentOptions::Mode::updateInstall: break;
+    }
+    // Before the application object exists, since Qt reads the process's languages then.
+    const auto executable = corvane::currentExecutablePath();
+    const auto bundle =
+        executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
+    corvane::QtTranslations::FileLookup translationFile;
+    if (bundle) {
+        translationFile = [bundle = *bundle](std::string_view language) {
+            return corvane::BundleDirectory::translationFile(bundle, language);
+        };
+    }
+    corvane::QtTranslations translations(std::move(translationFile));
+    corvane::AppLanguage language(corvane::processLanguageSources(
+        bundle, [&translations](std::string_view code, std::string_view key) {
+            return translations.translation(code, key);
+        }));
+    language.recordLaunchCode();
+    language.applyChoiceToProcessDefaults();
+
+    QCoreApplication application(argc, argv);
+    if (options.mode == AgentOptions::Mode::updateCheck ||
+        options.mode == AgentOptions::Mode::updateInstall) {
+        return corvane::runUpdateCheck(options.mode == AgentOptions::Mode::updateInstall);
+    }
+    return corvane::runHeadless(options, language);
+}

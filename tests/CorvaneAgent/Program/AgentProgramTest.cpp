@@ -1,0 +1,264 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/support/ProgramRun.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using corvane::testing::ProgramRun;
+using corvane::testing::runCommand;
+using nlohmann::json;
+
+const fs::path fixtures = CORVANE_FIXTURES;
+
+/// The --procfs and --sysfs arguments of a fixture machine (not every tree has a sys part).
+std::string rootsOf(const std::string& machine) {
+    std::string arguments = "--procfs " + (fixtures / machine / "proc").string();
+    if (fs::is_directory(fixtures / machine / "sys")) {
+        arguments += " --sysfs " + (fixtures / machine / "sys").string();
+    }
+    return arguments;
+}
+
+/// Runs corvane-agent with a settings directory and suite of this test's own.
+class AgentProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        configHome =
+            fs::temp_directory_path() / ("corvane-program-test-" + std::to_string(::getpid()));
+        fs::create_directories(configHome / "corvane");
+        ::setenv("XDG_CONFIG_HOME", configHome.c_str(), 1);
+        ::setenv("CORVANE_SETTINGS_SUITE", "program-test", 1);
+        // Texts in English whatever the machine's locale; a test that wants another says so.
+        ::setenv("CORVANE_LANGUAGE", "en", 1);
+    }
+    void TearDown() override { fs::remove_all(configHome); }
+
+    void storeSettings(const std::string& text) {
+        std::ofstream(configHome / "corvane" / "program-test.json") << text;
+    }
+
+    ProgramRun runAgent(const std::string& arguments) {
+        return runCommand(std::string(CORVANE_AGENT_PROGRAM) + " " + arguments,
+                          configHome / "stderr");
+    }
+
+    json snapshot(const std::string& arguments) {
+        ProgramRun run = runAgent("--snapshot --interval 0.01 " + arguments);
+        EXPECT_EQ(run.status, 0) << run.errors;
+        return json::parse(run.output, nullptr, false);
+    }
+
+    fs::path configHome;
+};
+
+TEST_F(AgentProgramTest, SnapshotOfACapturedMachine) {
+    json result = snapshot(rootsOf("debian12-kvm-x86_64"));
+    ASSERT_TRUE(result.is_object());
+    // Values of /proc/meminfo, /proc/stat and /proc/loadavg of that capture.
+    EXPECT_EQ(result["totalMemory"], 24684096ull * 1024);
+    EXPECT_EQ(result["usedMemory"], (24684096ull - 24353248ull) * 1024);
+    EXPECT_EQ(result["swapTotal"], 0);
+    EXPECT_EQ(result["coreUsages"].size(), 2u);
+    EXPECT_EQ(result["loadAverages"], json::parse("[0.0, 0.04, 0.02]"));
+    EXPECT_EQ(result["cpuUsage"], 0.0);  // the counters of a capture never move
+    EXPECT_EQ(result["thermalStateLabel"], "Unknown");
+    EXPECT_EQ(result["plan"], json::parse(R"({"samplesProcesses": true, "samplesGPU": false,
+        "samplesBattery": false, "storageEvery": 15, "smcScope": "menuBar"})"));
+}
+
+TEST_F(AgentProgramTest, LabelsFollowTheForcedLanguage) {
+    const std::vector<std::string> english = {"Nominal", "Elevated", "High", "Critical", "Unknown"};
+    const std::vector<std::string> german = {"Normal", "Erhöht", "Hoch", "Kritisch", "Unbekannt"};
+    const std::string roots = rootsOf("debian12-kvm-x86_64");
+    const auto label = std::find(english.begin(), english.end(),
+                                 snapshot(roots)["thermalStateLabel"].get<std::string>());
+    ASSERT_NE(label, english.end());
+    ::setenv("CORVANE_LANGUAGE", "de", 1);
+    EXPECT_EQ(snapshot(roots)["thermalStateLabel"], german[label - english.begin()]);
+}
+
+TEST_F(AgentProgramTest, PlanFollowsTheStoredSettingsAndOpenPanels) {
+    struct Row {
+        const char* name;
+        const char* stored;
+        const char* arguments;
+        const char* plan;
+    };
+    const Row rows[] = {
+        {"every meter hidden",
+         R"({"showCPUItem": false, "showMemoryItem": false, "showStorageItem": false,
+             "showSensorsItem": false})",
+         "", R"({"samplesProcesses": false, "samplesGPU": false, "samplesBattery": false,
+                 "storageEvery": 15, "smcScope": "none"})"},
+        {"sensors off, cpu usage, storage panel open",
+         R"({"sensorsReadout": "off", "cpuReadout": "usage"})", "--open storage",
+         R"({"samplesProcesses": true, "samplesGPU": false, "samplesBattery": false,
+             "storageEvery": 3, "smcScope": "none"})"},
+        {"corrupt settings file reads as empty", "{not json", "--open sensors",
+         R"({"samplesProcesses": true, "samplesGPU": true, "samplesBattery": true,
+             "storageEvery": 15, "smcScope": "full"})"},
+    };
+    const std::string roots = rootsOf("debian12-kvm-x86_64");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        storeSettings(row.stored);
+        json result = snapshot(roots + " " + row.arguments);
+        EXPECT_EQ(result["plan"], json::parse(row.plan));
+    }
+}
+
+TEST_F(AgentProgramTest, StreamPrintsOneLinePerRefresh) {
+    ProgramRun run =
+        runAgent("--stream --refreshes 3 --interval 0.01 " + rootsOf("laptop-zram-zswap-x86_64"));
+    ASSERT_EQ(run.status, 0) << run.errors;
+    std::istringstream lines(run.output);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        json parsed = json::parse(line, nullptr, false);
+        ASSERT_TRUE(parsed.is_object()) << line;
+        EXPECT_GT(parsed["compressedMemory"].get<std::uint64_t>(), 0u);
+    }
+    EXPECT_EQ(count, 3);
+}
+
+TEST_F(AgentProgramTest, RecordedControllerTablesFeedTheSensorsAsDeepAsThePlanAsks) {
+    auto snapshotOf = [&](const char* table, const std::string& more) {
+        return snapshot("--smc-table " + (fixtures / "smc" / table).string() + " " + more + " " +
+                        rootsOf("debian12-kvm-x86_64"));
+    };
+    json menuBar = snapshotOf("macbookpro-m2pro.json", "");
+    json full = snapshotOf("macbookpro-m2pro.json", "--open sensors");
+    EXPECT_EQ(menuBar["plan"]["smcScope"], "menuBar");
+    EXPECT_EQ(full["plan"]["smcScope"], "full");
+    // The menu-bar scope reads only the CPU and GPU sensors; the full scope reads them first.
+    ASSERT_GT(full["temperatures"].size(), menuBar["temperatures"].size());
+    for (std::size_t i = 0; i < menuBar["temperatures"].size(); ++i) {
+        EXPECT_EQ(full["temperatures"][i], menuBar["temperatures"][i]);
+    }
+    EXPECT_EQ(menuBar["cpuTemperature"], menuBar["sensorGroups"][0]["celsius"]);
+    double hottest = 0;
+    for (const auto& group : full["sensorGroups"]) {
+        hottest = std::max(hottest, group["celsius"].get<double>());
+    }
+    EXPECT_EQ(full["hottestCelsius"], hottest);
+    EXPECT_FALSE(full["fans"].empty());
+    EXPECT_FALSE(full["cpuWatts"].is_null());
+
+    // An Intel Mac names its CPU sensors "TC..": never read for the menu bar, and in the full
+    // list they stay ungrouped, so the CPU temperature is absent there.
+    json intel = snapshotOf("macbookpro-2018-intel.json", "--open sensors");
+    EXPECT_TRUE(snapshotOf("macbookpro-2018-intel.json", "")["temperatures"].empty());
+    EXPECT_FALSE(intel["temperatures"].empty());
+    EXPECT_TRUE(intel["cpuTemperature"].is_null());
+}
+
+TEST_F(AgentProgramTest, DefaultSnapshotComparesTwoProcessScans) {
+    // A process of the test's own keeps a core busy, so the machine has CPU time to show.
+    ProgramRun run = runCommand("yes > /dev/null & busy=$!; " + std::string(CORVANE_AGENT_PROGRAM) +
+                                    " --snapshot --interval 0.1; status=$?; kill $busy; "
+                                    "exit $status",
+                                configHome / "stderr");
+    ASSERT_EQ(run.status, 0) << run.errors;
+    const json result = json::parse(run.output, nullptr, false);
+    ASSERT_TRUE(result.is_object());
+    ASSERT_FALSE(result["topCPUProcesses"].empty());
+    EXPECT_GT(result["topCPUProcesses"][0]["cpu"].get<double>(), 0.0);
+}
+
+// The storage figures measure the file system the test runs on: no fixture tree stands in for
+// statvfs("/"). Their values are replaced by this text, after checking that they are numbers.
+constexpr const char* measuredHere = "\"(measured on the machine that runs the test)\"";
+
+/// `text` (the agent's indented snapshot) with the values of the storage figures replaced.
+std::string withoutMeasuredValues(std::string text) {
+    for (const char* key : {"availableStorage", "totalStorage", "storageUsage"}) {
+        const std::string label = "\n  \"" + std::string(key) + "\": ";
+        const auto start = text.find(label);
+        if (start == std::string::npos) {
+            ADD_FAILURE() << key << " is missing";
+            continue;
+        }
+        const auto valueStart = start + label.size();
+        const auto valueEnd = text.find_first_of(",\n", valueStart);
+        EXPECT_TRUE(
+            json::parse(text.substr(valueStart, valueEnd - valueStart), nullptr, false).is_number())
+            << key;
+        text.replace(valueStart, valueEnd - valueStart, measuredHere);
+    }
+    return text;
+}
+
+// Every fixture machine with every panel open (the widest plan: GPU, battery, every sensor),
+// and each recorded controller table: the whole output, byte for byte, against the copy kept in
+// tests/fixtures/snapshots. A tree without a proc or sys part is read with the tree itself as
+// that root, where none of the files exist, so the test machine's own never leak in.
+// CORVANE_UPDATE_SNAPSHOTS=1 rewrites the copies instead; review the difference before keeping it.
+TEST_F(AgentProgramTest, SnapshotOfEveryFixtureMachineIsUnchanged) {
+    const fs::path snapshots = fixtures / "snapshots";
+    const bool update = std::getenv("CORVANE_UPDATE_SNAPSHOTS") != nullptr;
+    std::vector<std::pair<std::string, std::string>> runs;
+    std::set<fs::path> trees;
+    for (const auto& entry : fs::directory_iterator(fixtures)) {
+        if (fs::is_directory(entry.path() / "proc") || fs::is_directory(entry.path() / "sys")) {
+            trees.insert(entry.path());
+        }
+    }
+    for (const fs::path& tree : trees) {
+        const fs::path proc = fs::is_directory(tree / "proc") ? tree / "proc" : tree;
+        const fs::path sys = fs::is_directory(tree / "sys") ? tree / "sys" : tree;
+        runs.emplace_back(tree.filename().string(), "--procfs " + proc.string() + " --sysfs " +
+                                                        sys.string() +
+                                                        " --open cpu --open memory"
+                                                        " --open storage --open sensors");
+    }
+    for (const char* table : {"macbookpro-2018-intel", "macbookpro-m2pro"}) {
+        runs.emplace_back(std::string("smc-") + table,
+                          "--smc-table " + (fixtures / "smc" / table).string() +
+                              ".json --open sensors " + rootsOf("debian12-kvm-x86_64"));
+    }
+    ASSERT_GT(runs.size(), 20u);
+    for (const auto& [name, arguments] : runs) {
+        SCOPED_TRACE(name);
+        ProgramRun run = runAgent("--snapshot --interval 0.01 " + arguments);
+        ASSERT_EQ(run.status, 0) << run.errors;
+        const std::string output = withoutMeasuredValues(run.output);
+        const fs::path golden = snapshots / (name + ".json");
+        if (update) {
+            fs::create_directories(snapshots);
+            std::ofstream(golden, std::ios::binary) << output;
+            continue;
+        }
+        ASSERT_TRUE(fs::is_regular_file(golden))
+            << golden << " is missing; run with CORVANE_UPDATE_SNAPSHOTS=1 to write it";
+        EXPECT_EQ(output, corvane::testing::readAll(golden));
+    }
+}
+
+TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
+    for (const char* arguments :
+         {"--bogus", "--snapshot --refreshes 0", "--open disk", "--snapshot --interval",
+          "--procfs /nonexistent/corvane", "--snapshot --smc-table /nonexistent/table.json",
+          "--snapshot --smc-table /dev/zero"}) {
+        SCOPED_TRACE(arguments);
+        ProgramRun run = runAgent(arguments);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_TRUE(run.output.empty());
+        EXPECT_TRUE(run.errors.starts_with("corvane-agent: ")) << run.errors;
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
+    }
+}
+
+}  // namespace

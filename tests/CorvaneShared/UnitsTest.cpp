@@ -1,0 +1,107 @@
+#include "CorvaneShared/Units.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "CorvaneShared/DisplayLocale.h"
+
+namespace corvane {
+namespace {
+
+using Environment = std::map<std::string, std::string>;
+
+SharedSettings::EnvironmentLookup lookupIn(const Environment& environment) {
+    return [&environment](const char* name) -> const char* {
+        auto found = environment.find(name);
+        return found == environment.end() ? nullptr : found->second.c_str();
+    };
+}
+
+// A German "%@ RPM" that moves the number, and a Japanese one that lost its placeholder.
+const std::map<std::string, std::string> rpmTemplates = {{"de", "U/min: %@"}, {"ja", "RPM"}};
+
+struct UnitsFixture {
+    InMemorySettingsStore settings;
+    std::string language;
+    Environment environment;
+
+    UnitSources sources() const {
+        auto translate = [this](std::string_view key) {
+            auto found = rpmTemplates.find(language);
+            return key == "%@ RPM" && found != rpmTemplates.end() ? found->second
+                                                                  : std::string(key);
+        };
+        return {settings, [this] { return language; }, translate, lookupIn(environment)};
+    }
+};
+
+TEST(Units, FormatsInTheDisplayLocale) {
+    struct Row {
+        const char* name;
+        std::string language;
+        Environment environment;
+        const char* unitChoice;
+        const char* degrees;
+        const char* temperature;
+        const char* rpm;
+    };
+    const std::vector<Row> rows = {
+        {"en-US", "en", {{"LANG", "en_US.UTF-8"}}, "system", "126°", "126.3°F", "2,500 RPM"},
+        {"de-DE", "de", {{"LANG", "de_DE.UTF-8"}}, "system", "52°", "52,4 °C", "U/min: 2.500"},
+        {"ja-JP", "ja", {{"LANG", "ja_JP.UTF-8"}}, "system", "52°", "52.4°C", "2,500 RPM"},
+        {"English wording, German marks",
+         "en",
+         {{"LANG", "de_DE.UTF-8"}},
+         "fahrenheit",
+         "126°",
+         "126,3°F",
+         "2.500 RPM"},
+        {"unknown choice follows the locale",
+         "de",
+         {{"LC_MEASUREMENT", "en_US"}},
+         "kelvin",
+         "126°",
+         "126,3 °F",
+         "U/min: 2.500"},
+        {"chosen Celsius in the US",
+         "en",
+         {{"LANG", "en_US"}},
+         "celsius",
+         "52°",
+         "52.4°C",
+         "2,500 RPM"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        UnitsFixture fixture{
+            InMemorySettingsStore(SettingValue{{"temperatureUnit", row.unitChoice}}), row.language,
+            row.environment};
+        const UnitSources sources = fixture.sources();
+        EXPECT_EQ(Units::degrees(52.4, sources), row.degrees);
+        EXPECT_EQ(Units::temperature(52.4, 1, sources), row.temperature);
+        EXPECT_EQ(Units::rpm(2500, sources), row.rpm);
+    }
+}
+
+TEST(Units, WholeNumbersRoundHalvesAwayFromZero) {
+    struct Row {
+        double value;
+        const char* degrees;
+        const char* percent;
+    };
+    const std::vector<Row> rows = {
+        {-0.4, "0°", "0%"},   {0.5, "1°", "50%"},  {-0.5, "-1°", "0%"},
+        {0.456, "0°", "46%"}, {0.005, "0°", "1%"}, {1.7, "2°", "100%"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.value);
+        EXPECT_EQ(Units::degreesText(row.value), row.degrees);
+        EXPECT_EQ(Units::percentText(row.value), row.percent);
+    }
+}
+
+}  // namespace
+}  // namespace corvane
