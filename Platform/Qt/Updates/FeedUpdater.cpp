@@ -102,8 +102,10 @@ private:
     void fail(const std::string& description);
     void endCycle();
 
+    // Named by the build as a number, never by the feed's text, which could hold a '/'.
     fs::path downloadFile() const {
-        return services.cacheDirectory / ("Corvane-" + offered->versionString + ".download");
+        const auto build = UpdateChoice::buildOf(offered->versionString).value_or(0);
+        return services.cacheDirectory / ("Corvane-" + std::to_string(build) + ".download");
     }
 
     // Stated once at start from the host bundle.
