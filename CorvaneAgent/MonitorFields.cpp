@@ -1,6 +1,9 @@
 #include "CorvaneAgent/MonitorFields.h"
 
 #include <algorithm>
+#include <array>
+
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 
@@ -56,6 +59,15 @@ constexpr std::array<std::string_view, monitorFieldCount> fieldNames = {
     "openPopovers",
 };
 
+// Unknown first: a value outside the cases reads as unknown.
+constexpr std::array<EnumName<ThermalState>, 5> thermalStateNames{{
+    {ThermalState::unknown, "unknown", "Unknown"},
+    {ThermalState::nominal, "nominal", "Nominal"},
+    {ThermalState::fair, "fair", "Elevated"},
+    {ThermalState::serious, "serious", "High"},
+    {ThermalState::critical, "critical", "Critical"},
+}};
+
 std::optional<double> wattsOf(const MonitorFields& fields, PowerChannel channel) {
     auto found = std::find_if(fields.power.begin(), fields.power.end(),
                               [channel](const PowerReading& r) { return r.channel == channel; });
@@ -76,25 +88,11 @@ std::string_view monitorFieldName(MonitorField field) {
 }
 
 std::string_view thermalStateRaw(ThermalState state) {
-    switch (state) {
-        case ThermalState::nominal: return "nominal";
-        case ThermalState::fair: return "fair";
-        case ThermalState::serious: return "serious";
-        case ThermalState::critical: return "critical";
-        case ThermalState::unknown: break;
-    }
-    return "unknown";
+    return enumName(thermalStateNames, state).raw;
 }
 
 std::string_view thermalStateLabelKey(ThermalState state) {
-    switch (state) {
-        case ThermalState::nominal: return "Nominal";
-        case ThermalState::fair: return "Elevated";
-        case ThermalState::serious: return "High";
-        case ThermalState::critical: return "Critical";
-        case ThermalState::unknown: break;
-    }
-    return "Unknown";
+    return enumName(thermalStateNames, state).title;
 }
 
 double memoryUsage(const MonitorFields& fields) {

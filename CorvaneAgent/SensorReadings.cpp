@@ -1,27 +1,37 @@
 #include "CorvaneAgent/SensorReadings.h"
 
+#include <array>
+
+#include "Foundation/EnumNames.h"
+
 namespace corvane {
 
+namespace {
+
+constexpr std::array<EnumName<SensorCategory>, 7> categoryNames{{
+    {SensorCategory::cpu, "cpu"},
+    {SensorCategory::gpu, "gpu"},
+    {SensorCategory::memory, "memory"},
+    {SensorCategory::storage, "storage"},
+    {SensorCategory::battery, "battery"},
+    {SensorCategory::ambient, "ambient"},
+    {SensorCategory::other, "other"},
+}};
+
+constexpr std::array<EnumName<PowerChannel>, 3> channelNames{{
+    {PowerChannel::system, "system"},
+    {PowerChannel::cpu, "cpu"},
+    {PowerChannel::gpu, "gpu"},
+}};
+
+}  // namespace
+
 std::string_view sensorCategoryRaw(SensorCategory category) {
-    switch (category) {
-        case SensorCategory::cpu: return "cpu";
-        case SensorCategory::gpu: return "gpu";
-        case SensorCategory::memory: return "memory";
-        case SensorCategory::storage: return "storage";
-        case SensorCategory::battery: return "battery";
-        case SensorCategory::ambient: return "ambient";
-        case SensorCategory::other: return "other";
-    }
-    return {};
+    return enumName(categoryNames, category).raw;
 }
 
 std::string_view powerChannelRaw(PowerChannel channel) {
-    switch (channel) {
-        case PowerChannel::system: return "system";
-        case PowerChannel::cpu: return "cpu";
-        case PowerChannel::gpu: return "gpu";
-    }
-    return {};
+    return enumName(channelNames, channel).raw;
 }
 
 }  // namespace corvane

@@ -1,8 +1,10 @@
 #include "tools/corvanectl/CtlCommand.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
+#include "Foundation/EnumNames.h"
 #include "Foundation/NumberParsing.h"
 
 namespace corvane {
@@ -12,15 +14,14 @@ namespace {
 using Verb = CtlCommand::Verb;
 using ValueType = CtlCommand::ValueType;
 
-struct VerbName {
-    std::string_view name;
-    Verb verb;
-};
-
-constexpr VerbName verbNames[] = {
-    {"get", Verb::get},   {"set", Verb::set},   {"delete", Verb::remove},
-    {"list", Verb::list}, {"post", Verb::post}, {"watch", Verb::watch},
-};
+constexpr std::array<EnumName<Verb>, 6> verbNames{{
+    {Verb::get, "get"},
+    {Verb::set, "set"},
+    {Verb::remove, "delete"},
+    {Verb::list, "list"},
+    {Verb::post, "post"},
+    {Verb::watch, "watch"},
+}};
 
 std::optional<ValueType> typeFlag(std::string_view argument) {
     if (argument == "--bool") {
@@ -150,14 +151,12 @@ std::variant<CtlCommand, CtlUsageError> parseCtlArguments(
     if (arguments.empty()) {
         return CtlUsageError{"missing command (see --help)"};
     }
-    const auto found =
-        std::find_if(std::begin(verbNames), std::end(verbNames),
-                     [&](const VerbName& entry) { return entry.name == arguments[0]; });
-    if (found == std::end(verbNames)) {
+    const auto verb = enumFromRaw(verbNames, arguments[0]);
+    if (!verb) {
         return CtlUsageError{"unknown command " + quoted(arguments[0]) + " (see --help)"};
     }
     CtlCommand command;
-    command.verb = found->verb;
+    command.verb = *verb;
     const auto operands = arguments.subspan(1);
     switch (command.verb) {
         case Verb::set: return parseSet(std::move(command), operands);
@@ -166,7 +165,7 @@ std::variant<CtlCommand, CtlUsageError> parseCtlArguments(
         case Verb::get:
         case Verb::remove:
             if (operands.size() != 1 || operands[0].empty()) {
-                return CtlUsageError{std::string(found->name) + " needs exactly one key"};
+                return CtlUsageError{std::string(arguments[0]) + " needs exactly one key"};
             }
             command.key = operands[0];
             return command;
