@@ -22,9 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Settings take a few kilobytes; the bound only keeps a runaway file from exhausting memory.
-constexpr std::size_t maximumFileBytes = 16 * 1024 * 1024;
-
 constexpr std::string_view lockSuffix = ".lock";
 constexpr std::string_view temporarySuffix = ".tmp-XXXXXX";
 constexpr std::string_view backupInfix = ".corrupt-";
@@ -141,15 +138,17 @@ FileSnapshot readSnapshot(const fs::path& path) {
         snapshot.state = FileState::unreadable;
         return snapshot;
     }
-    std::optional<std::string> bytes = readAtMost(file.get(), maximumFileBytes + 1);
+    std::optional<std::string> bytes =
+        readAtMost(file.get(), JSONFileSettingsStore::maximumFileBytes + 1);
     if (!bytes) {
         snapshot.state = FileState::unreadable;
         return snapshot;
     }
     snapshot.status = status;
     snapshot.descriptor = std::move(file);
-    std::optional<SettingValue> values =
-        bytes->size() > maximumFileBytes ? std::nullopt : parseSettingsObject(*bytes);
+    std::optional<SettingValue> values = bytes->size() > JSONFileSettingsStore::maximumFileBytes
+                                             ? std::nullopt
+                                             : parseSettingsObject(*bytes);
     if (!values) {
         snapshot.state = FileState::corrupt;
         return snapshot;

@@ -22,6 +22,10 @@ public:
     /// lock file, temporary file, backup copies — still fits in a directory entry (255 bytes).
     static constexpr std::size_t maximumFileNameLength = 226;
 
+    /// A file larger than this reads as corrupt. Settings take a few kilobytes; the bound only
+    /// keeps a runaway file from exhausting memory.
+    static constexpr std::size_t maximumFileBytes = 16 * 1024 * 1024;
+
     /// A store on `path`. Touches nothing until the first read or write; the directory is
     /// created by the first write that needs it.
     explicit JSONFileSettingsStore(std::filesystem::path path);

@@ -1,18 +1,15 @@
 #include "tools/corvanectl/CtlSettings.h"
 
-#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <system_error>
 
+#include "CorvaneShared/JSONFileSettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
 
 namespace corvane {
 
 namespace {
-
-// The store reads files past this size as corrupt; a settings file is a few kilobytes.
-constexpr std::uintmax_t largestReadableFile = 16 * 1024 * 1024;
 
 SettingValue effectiveValues(const SettingsStore& store) {
     SettingValue values = SettingValue::object();
@@ -47,7 +44,8 @@ std::optional<std::string> settingsFileProblem(const std::filesystem::path& file
     const std::string cannotRead = "cannot read " + file.string();
     // A failed status() reads as no regular file.
     if (status.type() != std::filesystem::file_type::regular ||
-        std::filesystem::file_size(file, error) > largestReadableFile || error) {
+        std::filesystem::file_size(file, error) > JSONFileSettingsStore::maximumFileBytes ||
+        error) {
         return cannotRead;
     }
     std::ifstream stream(file, std::ios::binary);
