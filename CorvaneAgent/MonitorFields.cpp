@@ -9,56 +9,6 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, monitorFieldCount> fieldNames = {
-    "cpuUsage",
-    "userCPUUsage",
-    "systemCPUUsage",
-    "usedMemory",
-    "wiredMemory",
-    "compressedMemory",
-    "activeMemory",
-    "cacheMemory",
-    "pageInsPerSecond",
-    "pageOutsPerSecond",
-    "loadAverages",
-    "swapUsed",
-    "swapTotal",
-    "topCPUProcesses",
-    "topMemoryProcesses",
-    "topDiskProcesses",
-    "diskReadPerSecond",
-    "diskWritePerSecond",
-    "chipName",
-    "volumeName",
-    "gpuUsage",
-    "gpuRendererUsage",
-    "gpuTilerUsage",
-    "gpuAllocatedMemory",
-    "gpuInUseMemory",
-    "temperatures",
-    "sensorGroups",
-    "fans",
-    "power",
-    "battery",
-    "cpuTemperature",
-    "gpuTemperature",
-    "totalMemory",
-    "availableStorage",
-    "totalStorage",
-    "uptime",
-    "performanceCoreCount",
-    "coreUsages",
-    "cpuHistory",
-    "userCPUHistory",
-    "systemCPUHistory",
-    "loadOneHistory",
-    "loadFiveHistory",
-    "loadFifteenHistory",
-    "thermalState",
-    "memoryPressureLevel",
-    "openPopovers",
-};
-
 // Unknown first: a value outside the cases reads as unknown.
 constexpr std::array<EnumName<ThermalState>, 5> thermalStateNames{{
     {ThermalState::unknown, "unknown", "Unknown"},
@@ -82,10 +32,6 @@ double cappedShare(std::uint64_t part, std::uint64_t total) {
 }
 
 }  // namespace
-
-std::string_view monitorFieldName(MonitorField field) {
-    return fieldNames[static_cast<std::size_t>(field)];
-}
 
 std::string_view thermalStateRaw(ThermalState state) {
     return enumName(thermalStateNames, state).raw;
