@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Foundation/NumberParsing.h"
+#include "Foundation/UsageText.h"
 
 namespace corvane {
 
@@ -12,14 +13,174 @@ namespace {
 constexpr double minimumInterval = 0.01;
 constexpr double maximumInterval = 3600.0;
 constexpr int maximumRefreshes = 1'000'000;
+// The --help text of --refreshes names this number.
+static_assert(defaultSnapshotRefreshes == 4);
 
-std::optional<ArgumentError> checkDirectory(std::string_view flag,
-                                            const std::filesystem::path& path) {
+using Mode = AgentOptions::Mode;
+
+ArgumentError badValue(std::string_view flag, std::string_view value, std::string_view expected) {
+    return {std::string(flag) + ": '" + std::string(value) + "' is not " + std::string(expected)};
+}
+
+struct Flag;
+/// What a flag does to the options, given its value (empty for a flag that takes none).
+using ApplyFlag = std::optional<ArgumentError> (*)(AgentOptions& options, const Flag& flag,
+                                                   std::string_view value);
+
+/// One flag of the command line: how it is spelled, parsed and shown in --help.
+struct Flag {
+    std::string_view name;
+    /// The one-letter spelling, if any.
+    std::string_view shortName;
+    /// How --help names the value ("N"); empty for a flag that takes no value.
+    std::string_view valueName;
+    /// What the flag needs when its value is missing ("a count").
+    std::string_view needs;
+    /// The --help description, '\n' between its lines.
+    std::string_view help;
+    ApplyFlag apply;
+
+    bool takesValue() const { return !valueName.empty(); }
+    bool isSpelled(std::string_view argument) const {
+        return argument == name || (!shortName.empty() && argument == shortName);
+    }
+    ArgumentError missingValue() const {
+        return {std::string(name) + " needs " + std::string(needs)};
+    }
+};
+
+std::optional<ArgumentError> setMode(AgentOptions& options, const Flag& flag, Mode mode) {
+    if (options.mode != Mode::menuBar && options.mode != mode) {
+        return ArgumentError{std::string(flag.name) + " cannot be combined with another mode"};
+    }
+    options.mode = mode;
+    return std::nullopt;
+}
+
+std::optional<ArgumentError> setDirectory(std::filesystem::path& root, const Flag& flag,
+                                          std::string_view value) {
+    if (value.empty()) {
+        return flag.missingValue();
+    }
+    root = std::filesystem::path(value);
     std::error_code error;
-    if (!std::filesystem::is_directory(path, error)) {
-        return ArgumentError{std::string(flag) + ": '" + path.string() + "' is not a directory"};
+    if (!std::filesystem::is_directory(root, error)) {
+        return badValue(flag.name, root.string(), "a directory");
     }
     return std::nullopt;
+}
+
+// Every flag, in the order --help lists them. A new flag is one row here (and its member in
+// AgentOptions); parsing, the checks of its value and the usage text all come from the row.
+constexpr Flag flags[] = {
+    {"--snapshot", "", "", "",
+     "take --refreshes samples, wait for the background work they\n"
+     "started, print one JSON object of every reading, and exit",
+     [](AgentOptions& options, const Flag& flag, std::string_view) {
+         return setMode(options, flag, Mode::snapshot);
+     }},
+    {"--stream", "", "", "",
+     "print one JSON line per refresh until interrupted\n"
+     "(or until --refreshes samples, when given)",
+     [](AgentOptions& options, const Flag& flag, std::string_view) {
+         return setMode(options, flag, Mode::stream);
+     }},
+    {"--render", "", "DIR", "a directory",
+     "sample as --snapshot does, then draw every shown meter\n"
+     "into DIR (created when missing): meter-SECTION.png on a\n"
+     "dark menu bar and meter-SECTION-light.png on a light one,\n"
+     "at 2 pixels per point, and layout.json with each meter's\n"
+     "widths, draw signature and image size; needs no display",
+     [](AgentOptions& options, const Flag& flag,
+        std::string_view value) -> std::optional<ArgumentError> {
+         if (value.empty()) {
+             return flag.missingValue();
+         }
+         options.renderDirectory = std::filesystem::path(value);
+         return setMode(options, flag, Mode::render);
+     }},
+    {"--refreshes", "", "N", "a count",
+     "how many refreshes (default for --snapshot and --render: 4,\n"
+     "which scans the processes twice, so CPU shares and disk\n"
+     "rates cover the time between the scans)",
+     [](AgentOptions& options, const Flag& flag,
+        std::string_view value) -> std::optional<ArgumentError> {
+         const auto count = parseNumber<int>(value);
+         if (!count || *count < 1 || *count > maximumRefreshes) {
+             return badValue(flag.name, value, "a whole number from 1 to 1000000");
+         }
+         options.refreshes = count;
+         return std::nullopt;
+     }},
+    {"--interval", "", "S", "a number of seconds",
+     "seconds between refreshes, 0.01 to 3600\n"
+     "(default: the \"refreshInterval\" setting, 1 second)",
+     [](AgentOptions& options, const Flag& flag,
+        std::string_view value) -> std::optional<ArgumentError> {
+         const auto seconds = parseNumber<double>(value);
+         if (!seconds || *seconds < minimumInterval || *seconds > maximumInterval) {
+             return badValue(flag.name, value, "a number of seconds from 0.01 to 3600");
+         }
+         options.interval = seconds;
+         return std::nullopt;
+     }},
+    {"--open", "", "SECTION", "a section",
+     "sample as if SECTION's panel were open: cpu, memory,\n"
+     "storage or sensors (repeatable)",
+     [](AgentOptions& options, const Flag& flag,
+        std::string_view value) -> std::optional<ArgumentError> {
+         const auto section = sectionFromKey(value);
+         if (!section) {
+             return badValue(flag.name, value, "one of cpu, memory, storage, sensors");
+         }
+         options.openSections.push_back(*section);
+         return std::nullopt;
+     }},
+    {"--procfs", "", "DIR", "a directory", "read /proc from DIR (default /proc)",
+     [](AgentOptions& options, const Flag& flag, std::string_view value) {
+         return setDirectory(options.procfs, flag, value);
+     }},
+    {"--sysfs", "", "DIR", "a directory", "read /sys from DIR (default /sys)",
+     [](AgentOptions& options, const Flag& flag, std::string_view value) {
+         return setDirectory(options.sysfs, flag, value);
+     }},
+    {"--smc-table", "", "FILE", "a file",
+     "read temperatures, fans and power from a recorded\n"
+     "controller table (also $CORVANE_SMC_TABLE)",
+     [](AgentOptions& options, const Flag& flag,
+        std::string_view value) -> std::optional<ArgumentError> {
+         if (value.empty()) {
+             return flag.missingValue();
+         }
+         options.smcTable = std::filesystem::path(value);
+         return std::nullopt;
+     }},
+    {"--update-check", "", "", "",
+     "check the bundle's update feed once and print the outcome\n"
+     "as one JSON line (version, offer, installed, error)",
+     [](AgentOptions& options, const Flag& flag, std::string_view) {
+         return setMode(options, flag, Mode::updateCheck);
+     }},
+    {"--update-install", "", "", "",
+     "the same, and install what was found without asking, then\n"
+     "start the agent from the new bundle",
+     [](AgentOptions& options, const Flag& flag, std::string_view) {
+         return setMode(options, flag, Mode::updateInstall);
+     }},
+    {"--help", "-h", "", "", "show this text",
+     [](AgentOptions& options, const Flag&, std::string_view) -> std::optional<ArgumentError> {
+         options.mode = Mode::help;
+         return std::nullopt;
+     }},
+};
+
+const Flag* findFlag(std::string_view argument) {
+    for (const Flag& flag : flags) {
+        if (flag.isSpelled(argument)) {
+            return &flag;
+        }
+    }
+    return nullptr;
 }
 
 class ArgumentReader {
@@ -59,116 +220,40 @@ private:
     std::optional<std::string_view> inlineValue;
 };
 
-ArgumentError missingValue(std::string_view flag, std::string_view what) {
-    return {std::string(flag) + " needs " + std::string(what)};
-}
-
-ArgumentError badValue(std::string_view flag, std::string_view value, std::string_view expected) {
-    return {std::string(flag) + ": '" + std::string(value) + "' is not " + std::string(expected)};
-}
-
 }  // namespace
 
 std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     std::span<const std::string_view> arguments) {
     AgentOptions options;
     ArgumentReader reader(arguments);
-    auto setMode = [&](AgentOptions::Mode mode,
-                       std::string_view flag) -> std::optional<ArgumentError> {
-        if (options.mode != AgentOptions::Mode::menuBar && options.mode != mode) {
-            return ArgumentError{std::string(flag) + " cannot be combined with another mode"};
-        }
-        options.mode = mode;
-        return std::nullopt;
-    };
-
     while (!reader.atEnd()) {
-        const std::string_view flag = reader.nextFlag();
-        const bool takesValue = flag == "--refreshes" || flag == "--interval" || flag == "--open" ||
-                                flag == "--procfs" || flag == "--sysfs" || flag == "--smc-table" ||
-                                flag == "--render";
-        if (reader.hasInlineValue() && !takesValue) {
-            return ArgumentError{std::string(flag) + " takes no value"};
+        const std::string_view argument = reader.nextFlag();
+        const Flag* flag = findFlag(argument);
+        if (reader.hasInlineValue() && !(flag && flag->takesValue())) {
+            return ArgumentError{std::string(argument) + " takes no value"};
         }
-        if (flag == "--help" || flag == "-h") {
-            options.mode = AgentOptions::Mode::help;
+        if (!flag) {
+            return ArgumentError{"unknown option '" + std::string(argument) + "' (see --help)"};
+        }
+        std::string_view value;
+        if (flag->takesValue()) {
+            const auto given = reader.value();
+            if (!given) {
+                return flag->missingValue();
+            }
+            value = *given;
+        }
+        if (auto error = flag->apply(options, *flag, value)) {
+            return *error;
+        }
+        // Asking for help ends the command line: nothing after it is looked at.
+        if (options.mode == Mode::help) {
             return options;
-        }
-        if (flag == "--update-check" || flag == "--update-install") {
-            auto mode = flag == "--update-check" ? AgentOptions::Mode::updateCheck
-                                                 : AgentOptions::Mode::updateInstall;
-            if (auto error = setMode(mode, flag)) {
-                return *error;
-            }
-            continue;
-        }
-        if (flag == "--snapshot" || flag == "--stream") {
-            auto mode =
-                flag == "--snapshot" ? AgentOptions::Mode::snapshot : AgentOptions::Mode::stream;
-            if (auto error = setMode(mode, flag)) {
-                return *error;
-            }
-            continue;
-        }
-        if (!takesValue) {
-            return ArgumentError{"unknown option '" + std::string(flag) + "' (see --help)"};
-        }
-        const auto value = reader.value();
-        if (flag == "--refreshes") {
-            if (!value) {
-                return missingValue(flag, "a count");
-            }
-            auto count = parseNumber<int>(*value);
-            if (!count || *count < 1 || *count > maximumRefreshes) {
-                return badValue(flag, *value, "a whole number from 1 to 1000000");
-            }
-            options.refreshes = count;
-        } else if (flag == "--interval") {
-            if (!value) {
-                return missingValue(flag, "a number of seconds");
-            }
-            auto seconds = parseNumber<double>(*value);
-            if (!seconds || *seconds < minimumInterval || *seconds > maximumInterval) {
-                return badValue(flag, *value, "a number of seconds from 0.01 to 3600");
-            }
-            options.interval = seconds;
-        } else if (flag == "--open") {
-            if (!value) {
-                return missingValue(flag, "a section");
-            }
-            auto section = sectionFromKey(*value);
-            if (!section) {
-                return badValue(flag, *value, "one of cpu, memory, storage, sensors");
-            }
-            options.openSections.push_back(*section);
-        } else if (flag == "--render") {
-            if (!value || value->empty()) {
-                return missingValue(flag, "a directory");
-            }
-            if (auto error = setMode(AgentOptions::Mode::render, flag)) {
-                return *error;
-            }
-            options.renderDirectory = std::filesystem::path(*value);
-        } else if (flag == "--smc-table") {
-            if (!value || value->empty()) {
-                return missingValue(flag, "a file");
-            }
-            options.smcTable = std::filesystem::path(*value);
-        } else {
-            if (!value || value->empty()) {
-                return missingValue(flag, "a directory");
-            }
-            std::filesystem::path& root = flag == "--procfs" ? options.procfs : options.sysfs;
-            root = std::filesystem::path(*value);
-            if (auto error = checkDirectory(flag, root)) {
-                return *error;
-            }
         }
     }
 
-    const bool headless = options.mode == AgentOptions::Mode::snapshot ||
-                          options.mode == AgentOptions::Mode::stream ||
-                          options.mode == AgentOptions::Mode::render;
+    const bool headless = options.mode == Mode::snapshot || options.mode == Mode::stream ||
+                          options.mode == Mode::render;
     if (!headless && (options.refreshes || options.interval)) {
         return ArgumentError{"--refreshes and --interval need --snapshot, --stream or --render"};
     }
@@ -176,41 +261,28 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
 }
 
 std::string agentUsage() {
-    return R"(Usage: corvane-agent [options]
+    std::string text = R"(Usage: corvane-agent [options]
 
 Without --snapshot, --stream or --render, runs the menu-bar agent.
 
 Options:
-  --snapshot           take --refreshes samples, wait for the background work they
-                       started, print one JSON object of every reading, and exit
-  --stream             print one JSON line per refresh until interrupted
-                       (or until --refreshes samples, when given)
-  --render DIR         sample as --snapshot does, then draw every shown meter
-                       into DIR (created when missing): meter-SECTION.png on a
-                       dark menu bar and meter-SECTION-light.png on a light one,
-                       at 2 pixels per point, and layout.json with each meter's
-                       widths, draw signature and image size; needs no display
-  --refreshes N        how many refreshes (default for --snapshot and --render: )" +
-           std::to_string(defaultSnapshotRefreshes) + R"(, which
-                       scans the processes twice, so CPU shares and disk rates
-                       cover the time between the scans)
-  --interval S         seconds between refreshes, 0.01 to 3600
-                       (default: the "refreshInterval" setting, 1 second)
-  --open SECTION       sample as if SECTION's panel were open: cpu, memory,
-                       storage or sensors (repeatable)
-  --procfs DIR         read /proc from DIR (default /proc)
-  --sysfs DIR          read /sys from DIR (default /sys)
-  --smc-table FILE     read temperatures, fans and power from a recorded
-                       controller table (also $CORVANE_SMC_TABLE)
-  --update-check       check the bundle's update feed once and print the outcome
-                       as one JSON line (version, offer, installed, error)
-  --update-install     the same, and install what was found without asking, then
-                       start the agent from the new bundle
-  -h, --help           show this text
-
+)";
+    for (const Flag& flag : flags) {
+        std::string synopsis;
+        if (!flag.shortName.empty()) {
+            synopsis.append(flag.shortName).append(", ");
+        }
+        synopsis.append(flag.name);
+        if (flag.takesValue()) {
+            synopsis.append(" ").append(flag.valueName);
+        }
+        appendUsageEntry(text, synopsis, flag.help);
+    }
+    text += R"(
 Settings: $XDG_CONFIG_HOME/corvane/<suite>.json (default ~/.config/corvane); the
 suite is the application group, or $CORVANE_SETTINGS_SUITE when set.
 )";
+    return text;
 }
 
 }  // namespace corvane

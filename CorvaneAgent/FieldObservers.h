@@ -3,11 +3,9 @@
 #include <array>
 #include <bitset>
 #include <functional>
-#include <memory>
-#include <vector>
 
 #include "CorvaneAgent/MonitorFields.h"
-#include "Foundation/Subscription.h"
+#include "Foundation/ObserverList.h"
 
 namespace corvane {
 
@@ -16,8 +14,6 @@ namespace corvane {
 /// half done. Main thread only.
 class FieldObservers {
 public:
-    FieldObservers();
-
     /// Calls `onChange` after every step that changed `field`, until the subscription ends.
     Subscription observe(MonitorField field, std::function<void()> onChange);
 
@@ -27,13 +23,7 @@ public:
     void announceChanges();
 
 private:
-    struct Observer {
-        std::function<void()> onChange;
-        bool active = true;
-    };
-    using ObserverList = std::vector<std::shared_ptr<Observer>>;
-
-    std::shared_ptr<std::array<ObserverList, monitorFieldCount>> lists;
+    std::array<ObserverList<>, monitorFieldCount> lists;
     std::bitset<monitorFieldCount> pending;
 };
 

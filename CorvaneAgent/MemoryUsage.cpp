@@ -1,17 +1,25 @@
 #include "CorvaneAgent/MemoryUsage.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 
+#include "Foundation/EnumNames.h"
+
 namespace corvane {
 
-const char* memoryPressureLevelRaw(MemoryPressureLevel level) {
-    switch (level) {
-        case MemoryPressureLevel::normal: return "normal";
-        case MemoryPressureLevel::warning: return "warning";
-        case MemoryPressureLevel::critical: return "critical";
-    }
-    return "normal";
+namespace {
+
+constexpr std::array<EnumName<MemoryPressureLevel>, 3> levelNames{{
+    {MemoryPressureLevel::normal, "normal"},
+    {MemoryPressureLevel::warning, "warning"},
+    {MemoryPressureLevel::critical, "critical"},
+}};
+
+}  // namespace
+
+std::string_view memoryPressureLevelRaw(MemoryPressureLevel level) {
+    return enumName(levelNames, level).raw;
 }
 
 MemoryPressureLevel memoryPressureLevelFromRaw(std::optional<std::int32_t> raw) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace corvane {
 
@@ -9,7 +10,7 @@ namespace corvane {
 enum class MemoryPressureLevel { normal, warning, critical };
 
 /// "normal", "warning" or "critical".
-const char* memoryPressureLevelRaw(MemoryPressureLevel level);
+std::string_view memoryPressureLevelRaw(MemoryPressureLevel level);
 
 /// The raw kernel level 2 is a warning and 4 is critical; every other value, and a failed read,
 /// is normal.

@@ -1,60 +1,22 @@
 #include "CorvaneAgent/MonitorFields.h"
 
 #include <algorithm>
+#include <array>
+
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, monitorFieldCount> fieldNames = {
-    "cpuUsage",
-    "userCPUUsage",
-    "systemCPUUsage",
-    "usedMemory",
-    "wiredMemory",
-    "compressedMemory",
-    "activeMemory",
-    "cacheMemory",
-    "pageInsPerSecond",
-    "pageOutsPerSecond",
-    "loadAverages",
-    "swapUsed",
-    "swapTotal",
-    "topCPUProcesses",
-    "topMemoryProcesses",
-    "topDiskProcesses",
-    "diskReadPerSecond",
-    "diskWritePerSecond",
-    "chipName",
-    "volumeName",
-    "gpuUsage",
-    "gpuRendererUsage",
-    "gpuTilerUsage",
-    "gpuAllocatedMemory",
-    "gpuInUseMemory",
-    "temperatures",
-    "sensorGroups",
-    "fans",
-    "power",
-    "battery",
-    "cpuTemperature",
-    "gpuTemperature",
-    "totalMemory",
-    "availableStorage",
-    "totalStorage",
-    "uptime",
-    "performanceCoreCount",
-    "coreUsages",
-    "cpuHistory",
-    "userCPUHistory",
-    "systemCPUHistory",
-    "loadOneHistory",
-    "loadFiveHistory",
-    "loadFifteenHistory",
-    "thermalState",
-    "memoryPressureLevel",
-    "openPopovers",
-};
+// Unknown first: a value outside the cases reads as unknown.
+constexpr std::array<EnumName<ThermalState>, 5> thermalStateNames{{
+    {ThermalState::unknown, "unknown", "Unknown"},
+    {ThermalState::nominal, "nominal", "Nominal"},
+    {ThermalState::fair, "fair", "Elevated"},
+    {ThermalState::serious, "serious", "High"},
+    {ThermalState::critical, "critical", "Critical"},
+}};
 
 std::optional<double> wattsOf(const MonitorFields& fields, PowerChannel channel) {
     auto found = std::find_if(fields.power.begin(), fields.power.end(),
@@ -71,30 +33,12 @@ double cappedShare(std::uint64_t part, std::uint64_t total) {
 
 }  // namespace
 
-std::string_view monitorFieldName(MonitorField field) {
-    return fieldNames[static_cast<std::size_t>(field)];
-}
-
 std::string_view thermalStateRaw(ThermalState state) {
-    switch (state) {
-        case ThermalState::nominal: return "nominal";
-        case ThermalState::fair: return "fair";
-        case ThermalState::serious: return "serious";
-        case ThermalState::critical: return "critical";
-        case ThermalState::unknown: break;
-    }
-    return "unknown";
+    return enumName(thermalStateNames, state).raw;
 }
 
 std::string_view thermalStateLabelKey(ThermalState state) {
-    switch (state) {
-        case ThermalState::nominal: return "Nominal";
-        case ThermalState::fair: return "Elevated";
-        case ThermalState::serious: return "High";
-        case ThermalState::critical: return "Critical";
-        case ThermalState::unknown: break;
-    }
-    return "Unknown";
+    return enumName(thermalStateNames, state).title;
 }
 
 double memoryUsage(const MonitorFields& fields) {

@@ -1,143 +1,122 @@
 #include "CorvaneAgent/MonitorSnapshot.h"
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "CorvaneAgent/SystemMonitor.h"
 
 namespace corvane {
 
-using Json = nlohmann::ordered_json;
+using JSON = nlohmann::ordered_json;
 
 namespace {
 
-template <typename T>
-Json optionalJson(const std::optional<T>& value) {
-    return value ? Json(*value) : Json(nullptr);
+// One overload per kind of value a field holds; numbers, strings and fixed arrays convert as
+// they are. Declared before the templates so that those find them for every element type.
+template <typename Value>
+JSON valueJSON(const Value& value) {
+    return JSON(value);
+}
+JSON valueJSON(const ProcessMetric& process);
+JSON valueJSON(const TemperatureReading& reading);
+JSON valueJSON(const SensorGroup& group);
+JSON valueJSON(const FanReading& fan);
+JSON valueJSON(const PowerReading& reading);
+JSON valueJSON(const BatteryInfo& battery);
+JSON valueJSON(const SamplingPlan& plan);
+JSON valueJSON(ThermalState state);
+JSON valueJSON(MemoryPressureLevel level);
+
+/// Absent values as null.
+template <typename Value>
+JSON valueJSON(const std::optional<Value>& value) {
+    return value ? valueJSON(*value) : JSON(nullptr);
 }
 
-Json processJson(const ProcessMetric& process) {
+template <typename Item>
+JSON valueJSON(const std::vector<Item>& items) {
+    JSON list = JSON::array();
+    for (const Item& item : items) {
+        list.push_back(valueJSON(item));
+    }
+    return list;
+}
+
+JSON valueJSON(const ProcessMetric& process) {
     return {{"pid", process.pid},           {"name", process.name},
             {"cpu", process.cpu},           {"memory", process.memory},
             {"diskRead", process.diskRead}, {"diskWrite", process.diskWrite}};
 }
 
-Json temperatureJson(const TemperatureReading& reading) {
+JSON valueJSON(const TemperatureReading& reading) {
     return {{"key", reading.key},
             {"category", sensorCategoryRaw(reading.category)},
             {"celsius", reading.celsius}};
 }
 
-Json groupJson(const SensorGroup& group) {
+JSON valueJSON(const SensorGroup& group) {
     return {{"category", sensorCategoryRaw(group.category)}, {"celsius", group.celsius}};
 }
 
-Json fanJson(const FanReading& fan) {
+JSON valueJSON(const FanReading& fan) {
     return {{"key", fan.key},
             {"index", fan.index},
             {"rpm", fan.rpm},
-            {"minimumRPM", optionalJson(fan.minimumRPM)},
-            {"maximumRPM", optionalJson(fan.maximumRPM)}};
+            {"minimumRPM", valueJSON(fan.minimumRPM)},
+            {"maximumRPM", valueJSON(fan.maximumRPM)}};
 }
 
-Json powerJson(const PowerReading& reading) {
+JSON valueJSON(const PowerReading& reading) {
     return {{"channel", powerChannelRaw(reading.channel)}, {"watts", reading.watts}};
 }
 
-Json batteryJson(const std::optional<BatteryInfo>& battery) {
-    if (!battery) {
-        return nullptr;
-    }
-    return {{"chargePercent", battery->chargePercent},
-            {"healthPercent", battery->healthPercent},
-            {"cycleCount", battery->cycleCount},
-            {"volts", battery->volts},
-            {"amps", battery->amps},
-            {"isCharging", battery->isCharging},
-            {"isPluggedIn", battery->isPluggedIn},
-            {"isFullyCharged", battery->isFullyCharged},
-            {"minutesRemaining", optionalJson(battery->minutesRemaining)}};
+JSON valueJSON(const BatteryInfo& battery) {
+    return {{"chargePercent", battery.chargePercent},
+            {"healthPercent", battery.healthPercent},
+            {"cycleCount", battery.cycleCount},
+            {"volts", battery.volts},
+            {"amps", battery.amps},
+            {"isCharging", battery.isCharging},
+            {"isPluggedIn", battery.isPluggedIn},
+            {"isFullyCharged", battery.isFullyCharged},
+            {"minutesRemaining", valueJSON(battery.minutesRemaining)}};
 }
 
-template <typename T, typename Convert>
-Json listJson(const std::vector<T>& items, Convert convert) {
-    Json list = Json::array();
-    for (const T& item : items) {
-        list.push_back(convert(item));
-    }
-    return list;
+JSON valueJSON(const SamplingPlan& plan) {
+    return {{"samplesProcesses", plan.samplesProcesses},
+            {"samplesGPU", plan.samplesGPU},
+            {"samplesBattery", plan.samplesBattery},
+            {"storageEvery", plan.storageEvery},
+            {"smcScope", smcScopeRaw(plan.smcScope)}};
 }
 
-Json planJson(const std::optional<SamplingPlan>& plan) {
-    if (!plan) {
-        return nullptr;
-    }
-    return {{"samplesProcesses", plan->samplesProcesses},
-            {"samplesGPU", plan->samplesGPU},
-            {"samplesBattery", plan->samplesBattery},
-            {"storageEvery", plan->storageEvery},
-            {"smcScope", smcScopeRaw(plan->smcScope)}};
+JSON valueJSON(ThermalState state) {
+    return thermalStateRaw(state);
+}
+
+JSON valueJSON(MemoryPressureLevel level) {
+    return memoryPressureLevelRaw(level);
 }
 
 }  // namespace
 
-Json monitorSnapshot(const SystemMonitor& monitor) {
-    const MonitorFields& f = monitor.fields();
-    Json json = Json::object();
-    json["cpuUsage"] = f.cpuUsage;
-    json["userCPUUsage"] = f.userCPUUsage;
-    json["systemCPUUsage"] = f.systemCPUUsage;
-    json["usedMemory"] = f.usedMemory;
-    json["wiredMemory"] = f.wiredMemory;
-    json["compressedMemory"] = f.compressedMemory;
-    json["activeMemory"] = f.activeMemory;
-    json["cacheMemory"] = f.cacheMemory;
-    json["pageInsPerSecond"] = f.pageInsPerSecond;
-    json["pageOutsPerSecond"] = f.pageOutsPerSecond;
-    json["loadAverages"] = f.loadAverages;
-    json["swapUsed"] = f.swapUsed;
-    json["swapTotal"] = f.swapTotal;
-    json["topCPUProcesses"] = listJson(f.topCPUProcesses, processJson);
-    json["topMemoryProcesses"] = listJson(f.topMemoryProcesses, processJson);
-    json["topDiskProcesses"] = listJson(f.topDiskProcesses, processJson);
-    json["diskReadPerSecond"] = f.diskReadPerSecond;
-    json["diskWritePerSecond"] = f.diskWritePerSecond;
-    json["chipName"] = f.chipName;
-    json["volumeName"] = f.volumeName;
-    json["gpuUsage"] = optionalJson(f.gpuUsage);
-    json["gpuRendererUsage"] = optionalJson(f.gpuRendererUsage);
-    json["gpuTilerUsage"] = optionalJson(f.gpuTilerUsage);
-    json["gpuAllocatedMemory"] = optionalJson(f.gpuAllocatedMemory);
-    json["gpuInUseMemory"] = optionalJson(f.gpuInUseMemory);
-    json["temperatures"] = listJson(f.temperatures, temperatureJson);
-    json["sensorGroups"] = listJson(f.sensorGroups, groupJson);
-    json["fans"] = listJson(f.fans, fanJson);
-    json["power"] = listJson(f.power, powerJson);
-    json["battery"] = batteryJson(f.battery);
-    json["cpuTemperature"] = optionalJson(f.cpuTemperature);
-    json["gpuTemperature"] = optionalJson(f.gpuTemperature);
-    json["totalMemory"] = f.totalMemory;
-    json["availableStorage"] = f.availableStorage;
-    json["totalStorage"] = f.totalStorage;
-    json["uptime"] = f.uptime;
-    json["performanceCoreCount"] = f.performanceCoreCount;
-    json["coreUsages"] = f.coreUsages;
-    json["cpuHistory"] = f.cpuHistory;
-    json["userCPUHistory"] = f.userCPUHistory;
-    json["systemCPUHistory"] = f.systemCPUHistory;
-    json["loadOneHistory"] = f.loadOneHistory;
-    json["loadFiveHistory"] = f.loadFiveHistory;
-    json["loadFifteenHistory"] = f.loadFifteenHistory;
-    json["thermalState"] = thermalStateRaw(f.thermalState);
-    json["memoryPressureLevel"] = memoryPressureLevelRaw(f.memoryPressureLevel);
+JSON monitorSnapshot(const SystemMonitor& monitor) {
+    JSON json = JSON::object();
+    forEachPublishedField(monitor.fields(), [&json](std::string_view name, const auto& value) {
+        json[std::string(name)] = valueJSON(value);
+    });
 
     json["memoryUsage"] = monitor.memoryUsage();
     json["memoryPressure"] = monitor.memoryPressure();
     json["storageUsage"] = monitor.storageUsage();
     json["thermalStateLabel"] = monitor.thermalStateLabel();
-    json["cpuWatts"] = optionalJson(monitor.cpuWatts());
-    json["systemWatts"] = optionalJson(monitor.systemWatts());
-    json["hottestCelsius"] = optionalJson(monitor.hottestCelsius());
-    json["fastestFanRPM"] = optionalJson(monitor.fastestFanRPM());
+    json["cpuWatts"] = valueJSON(monitor.cpuWatts());
+    json["systemWatts"] = valueJSON(monitor.systemWatts());
+    json["hottestCelsius"] = valueJSON(monitor.hottestCelsius());
+    json["fastestFanRPM"] = valueJSON(monitor.fastestFanRPM());
 
-    json["plan"] = planJson(monitor.lastRefreshPlan());
+    json["plan"] = valueJSON(monitor.lastRefreshPlan());
     return json;
 }
 

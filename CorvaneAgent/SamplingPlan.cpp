@@ -1,7 +1,10 @@
 #include "CorvaneAgent/SamplingPlan.h"
 
+#include <array>
+
 #include "CorvaneShared/MeterReadout.h"
 #include "CorvaneShared/SettingsStore.h"
+#include "Foundation/EnumNames.h"
 
 namespace corvane {
 
@@ -11,6 +14,12 @@ bool isVisible(const SettingsStore& settings, MonitorSection section) {
     SettingValue value = settings.object(itemVisibilityKey(section));
     return !(value.is_boolean() && !value.get<bool>());
 }
+
+constexpr std::array<EnumName<SamplingPlan::SMCScope>, 3> scopeNames{{
+    {SamplingPlan::SMCScope::none, "none"},
+    {SamplingPlan::SMCScope::menuBar, "menuBar"},
+    {SamplingPlan::SMCScope::full, "full"},
+}};
 
 template <typename Readout>
 Readout readoutOr(const SettingsStore& settings, std::string_view key,
@@ -22,12 +31,7 @@ Readout readoutOr(const SettingsStore& settings, std::string_view key,
 }  // namespace
 
 std::string_view smcScopeRaw(SamplingPlan::SMCScope scope) {
-    switch (scope) {
-        case SamplingPlan::SMCScope::none: return "none";
-        case SamplingPlan::SMCScope::menuBar: return "menuBar";
-        case SamplingPlan::SMCScope::full: return "full";
-    }
-    return {};
+    return enumName(scopeNames, scope).raw;
 }
 
 SamplingPlan computeSamplingPlan(const SettingsStore& settings,

@@ -1,6 +1,7 @@
 #include "CorvaneAgent/SensorReadings.h"
 
 #include <algorithm>
+#include <array>
 
 namespace corvane {
 

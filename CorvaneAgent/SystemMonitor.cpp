@@ -102,14 +102,18 @@ SamplingPlan SystemMonitor::plan() const {
     return computeSamplingPlan(services.settings, openSections);
 }
 
-void SystemMonitor::refresh() {
+double SystemMonitor::secondsSinceLastRefresh() {
     const TimePoint now = services.runtime.clock.now();
-    double elapsed = maximumElapsedSeconds;
-    if (lastRefresh) {
-        elapsed = std::clamp(std::chrono::duration<double>(now - *lastRefresh).count(),
-                             minimumElapsedSeconds, maximumElapsedSeconds);
+    const auto previous = std::exchange(lastRefresh, now);
+    if (!previous) {
+        return maximumElapsedSeconds;
     }
-    lastRefresh = now;
+    return std::clamp(std::chrono::duration<double>(now - *previous).count(), minimumElapsedSeconds,
+                      maximumElapsedSeconds);
+}
+
+void SystemMonitor::refresh() {
+    const double elapsed = secondsSinceLastRefresh();
 
     // One read of the kernel's CPU counters serves both the machine and the per-CPU figures,
     // and one memory read serves the memory and the swap figures.
@@ -144,9 +148,7 @@ void SystemMonitor::refresh() {
         ++refreshes;
     }
 
-    if (auto uptime = services.statistics->uptimeSeconds()) {
-        assign(MonitorField::uptime, published.uptime, *uptime);
-    }
+    readUptime();
     readThermalState();
     observers.announceChanges();
     appendHistories();
@@ -270,16 +272,12 @@ void SystemMonitor::refreshProcesses() {
     if (!services.processes || processRefreshTask.isRunning()) {
         return;
     }
-    processRefreshTask.begin();
-    services.runtime.tasks.run([source = services.processes, &queue = services.runtime.mainQueue,
-                                weakSelf = weak_from_this(), stretch = processSamplingStretch] {
-        auto samples = source->sampleProcesses();
-        queue.post([weakSelf, stretch, samples = std::move(samples)]() mutable {
-            if (auto self = weakSelf.lock()) {
-                self->applyProcesses(std::move(samples), stretch);
-            }
-        });
-    });
+    runInBackground(
+        processRefreshTask,
+        [source = services.processes, stretch = processSamplingStretch] {
+            return ProcessScanResult{source->sampleProcesses(), stretch};
+        },
+        &SystemMonitor::applyProcesses);
 }
 
 void SystemMonitor::endProcessSamplingStretch() {
@@ -288,7 +286,8 @@ void SystemMonitor::endProcessSamplingStretch() {
     ++processSamplingStretch;
 }
 
-void SystemMonitor::applyProcesses(std::vector<ProcessSample> samples, std::uint64_t stretch) {
+void SystemMonitor::applyProcesses(ProcessScanResult scan) {
+    auto& [samples, stretch] = scan;
     const TimePoint now = services.runtime.clock.now();
     // The first scan after start, or after sampling was off, has no previous data: every rate
     // is 0 rather than an average over the whole pause.
@@ -315,7 +314,6 @@ void SystemMonitor::applyProcesses(std::vector<ProcessSample> samples, std::uint
     previousProcessSampleDate = now;
     previousProcessSamplesStretch = stretch;
     observers.announceChanges();
-    processRefreshTask.finish();
 }
 
 bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery) {
@@ -328,21 +326,17 @@ bool SystemMonitor::readTemperatures(SamplingPlan::SMCScope scope, bool includeB
         return true;
     }
     temperatureRefreshCoverage = {scope, includeBattery};
-    temperatureRefreshTask.begin();
     std::function<std::optional<BatteryInfo>()> battery =
         includeBattery ? services.battery : nullptr;
-    services.runtime.tasks.run([source = services.sensors, battery = std::move(battery), scope,
-                                &queue = services.runtime.mainQueue, weakSelf = weak_from_this()] {
-        SensorReadings readings{.temperatures = source->temperatures(scope),
-                                .fans = source->fans(),
-                                .power = source->power(),
-                                .battery = battery ? battery() : std::nullopt};
-        queue.post([weakSelf, readings = std::move(readings)]() mutable {
-            if (auto self = weakSelf.lock()) {
-                self->apply(std::move(readings));
-            }
-        });
-    });
+    runInBackground(
+        temperatureRefreshTask,
+        [source = services.sensors, battery = std::move(battery), scope] {
+            return SensorReadings{.temperatures = source->temperatures(scope),
+                                  .fans = source->fans(),
+                                  .power = source->power(),
+                                  .battery = battery ? battery() : std::nullopt};
+        },
+        &SystemMonitor::applySensors);
     return true;
 }
 
@@ -366,7 +360,7 @@ void SystemMonitor::settleTemperatures(const SamplingPlan& plan, std::function<v
     });
 }
 
-void SystemMonitor::apply(SensorReadings readings) {
+void SystemMonitor::applySensors(SensorReadings readings) {
     std::vector<SensorGroup> groups;
     // Readings of the "other" category appear only in the full list, on purpose.
     for (int index = 0; index < static_cast<int>(SensorCategory::other); ++index) {
@@ -395,34 +389,32 @@ void SystemMonitor::apply(SensorReadings readings) {
     assign(MonitorField::gpuTemperature, published.gpuTemperature, celsiusOf(SensorCategory::gpu));
     assign(MonitorField::sensorGroups, published.sensorGroups, std::move(groups));
     observers.announceChanges();
-    temperatureRefreshTask.finish();
 }
 
 void SystemMonitor::refreshStorage() {
     if (storageRefreshTask.isRunning() || !services.storage) {
         return;
     }
-    storageRefreshTask.begin();
-    services.runtime.tasks.run([source = services.storage, &queue = services.runtime.mainQueue,
-                                weakSelf = weak_from_this()] {
-        auto reading = source->readStorage();
-        queue.post([weakSelf, reading = std::move(reading)] {
-            if (auto self = weakSelf.lock()) {
-                self->applyStorage(reading);
-            }
-        });
-    });
+    runInBackground(
+        storageRefreshTask, [source = services.storage] { return source->readStorage(); },
+        &SystemMonitor::applyStorage);
 }
 
-void SystemMonitor::applyStorage(const std::optional<StorageReading>& reading) {
-    if (reading) {
-        assign(MonitorField::totalStorage, published.totalStorage, reading->total);
-        assign(MonitorField::availableStorage, published.availableStorage, reading->available);
-        assign(MonitorField::volumeName, published.volumeName,
-               reading->name.empty() ? services.profile.defaultVolumeName : reading->name);
-        observers.announceChanges();
+void SystemMonitor::applyStorage(std::optional<StorageReading> reading) {
+    if (!reading) {
+        return;
     }
-    storageRefreshTask.finish();
+    assign(MonitorField::totalStorage, published.totalStorage, reading->total);
+    assign(MonitorField::availableStorage, published.availableStorage, reading->available);
+    assign(MonitorField::volumeName, published.volumeName,
+           reading->name.empty() ? services.profile.defaultVolumeName : std::move(reading->name));
+    observers.announceChanges();
+}
+
+void SystemMonitor::readUptime() {
+    if (auto uptime = services.statistics->uptimeSeconds()) {
+        assign(MonitorField::uptime, published.uptime, *uptime);
+    }
 }
 
 void SystemMonitor::readThermalState() {

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "CorvaneAgent/CPUUsage.h"
@@ -146,6 +147,9 @@ public:
 
 private:
     double configuredInterval() const;
+    /// Seconds since the previous refresh, held within the bounds rates are computed over; the
+    /// longest before the first. Marks this moment as the last refresh.
+    double secondsSinceLastRefresh();
     void observeDisplayState();
     void handleDisplayEvent(DisplayEvent event);
 
@@ -156,17 +160,42 @@ private:
     void readSwap(const std::optional<SwapUsage>& swap);
     void readGPU();
     void refreshProcesses();
-    void applyProcesses(std::vector<ProcessSample> samples, std::uint64_t stretch);
+    /// A process scan and the sampling stretch it was started in.
+    struct ProcessScanResult {
+        std::vector<ProcessSample> samples;
+        std::uint64_t stretch;
+    };
+    void applyProcesses(ProcessScanResult scan);
     /// Process sampling stops (no meter or panel needs processes, or sampling pauses): the
     /// next scan has nothing to compare with.
     void endProcessSamplingStretch();
     bool readTemperatures(SamplingPlan::SMCScope scope, bool includeBattery);
     void settleTemperatures(const SamplingPlan& plan, std::function<void()> completion);
-    void apply(SensorReadings readings);
+    void applySensors(SensorReadings readings);
     void refreshStorage();
-    void applyStorage(const std::optional<StorageReading>& reading);
+    void applyStorage(std::optional<StorageReading> reading);
+    void readUptime();
     void readThermalState();
     void appendHistories();
+
+    /// Starts `read` off the main thread as the task of `slot`; its result is handed to `apply`
+    /// on the main thread, if this monitor still lives, and the slot is finished after it.
+    /// `read` captures only what it reads (a source, a copy of what it needs), never the model.
+    template <typename Read, typename Result = std::invoke_result_t<Read>>
+    void runInBackground(TaskSlot& slot, Read read, void (SystemMonitor::*apply)(Result)) {
+        slot.begin();
+        services.runtime.tasks.run([read = std::move(read), apply, &slot,
+                                    &queue = services.runtime.mainQueue,
+                                    weakSelf = weak_from_this()] {
+            queue.post([result = read(), apply, &slot, weakSelf]() mutable {
+                // The slot belongs to the monitor: touched only once the monitor is known alive.
+                if (auto self = weakSelf.lock()) {
+                    (self.get()->*apply)(std::move(result));
+                    slot.finish();
+                }
+            });
+        });
+    }
 
     /// Stores `value` and records the change; an equal value is stored silently.
     template <typename T, typename U>

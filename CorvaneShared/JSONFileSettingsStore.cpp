@@ -23,9 +23,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t maximumFileBytes = JSONFileSettingsStore::maximumFileBytes;
-constexpr int maximumNesting = JSONFileSettingsStore::maximumNesting;
-
 constexpr std::string_view lockSuffix = ".lock";
 constexpr std::string_view temporarySuffix = ".tmp-XXXXXX";
 constexpr std::string_view backupInfix = ".corrupt-";
@@ -122,14 +119,15 @@ FileSnapshot readSnapshot(const fs::path& path) {
         snapshot.state = FileState::unreadable;
         return snapshot;
     }
-    std::optional<std::string> bytes = readAtMost(file.get(), maximumFileBytes + 1);
+    std::optional<std::string> bytes =
+        readAtMost(file.get(), JSONFileSettingsStore::maximumFileBytes + 1);
     if (!bytes) {
         snapshot.state = FileState::unreadable;
         return snapshot;
     }
     snapshot.status = status;
     snapshot.descriptor = std::move(file);
-    std::optional<SettingValue> values = bytes->size() > maximumFileBytes
+    std::optional<SettingValue> values = bytes->size() > JSONFileSettingsStore::maximumFileBytes
                                              ? std::nullopt
                                              : JSONFileSettingsStore::parseContents(*bytes);
     if (!values) {
@@ -297,7 +295,7 @@ std::optional<std::string> fileText(const SettingValue& values) {
         // Invalid UTF-8 in a stored string becomes U+FFFD instead of failing the write.
         std::string text = values.dump(indent, ' ', false, SettingValue::error_handler_t::replace);
         text += '\n';
-        if (text.size() <= maximumFileBytes) {
+        if (text.size() <= JSONFileSettingsStore::maximumFileBytes) {
             return text;
         }
     }

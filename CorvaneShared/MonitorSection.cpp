@@ -1,24 +1,28 @@
 #include "CorvaneShared/MonitorSection.h"
 
+#include <array>
+
+#include "Foundation/EnumNames.h"
+
 namespace corvane {
 
+namespace {
+
+constexpr std::array<EnumName<MonitorSection>, 4> sectionNames{{
+    {MonitorSection::cpu, "cpu", "CPU"},
+    {MonitorSection::memory, "memory", "Memory"},
+    {MonitorSection::storage, "storage", "Storage"},
+    {MonitorSection::sensors, "sensors", "Sensors"},
+}};
+
+}  // namespace
+
 std::string_view sectionKey(MonitorSection section) {
-    switch (section) {
-        case MonitorSection::cpu: return "cpu";
-        case MonitorSection::memory: return "memory";
-        case MonitorSection::storage: return "storage";
-        case MonitorSection::sensors: return "sensors";
-    }
-    return {};
+    return enumName(sectionNames, section).raw;
 }
 
 std::optional<MonitorSection> sectionFromKey(std::string_view key) {
-    for (MonitorSection section : allMonitorSections) {
-        if (sectionKey(section) == key) {
-            return section;
-        }
-    }
-    return std::nullopt;
+    return enumFromRaw(sectionNames, key);
 }
 
 std::string_view itemVisibilityKey(MonitorSection section) {
@@ -32,13 +36,7 @@ std::string_view itemVisibilityKey(MonitorSection section) {
 }
 
 std::string sectionTitle(MonitorSection section, const TextLookup& translate) {
-    switch (section) {
-        case MonitorSection::cpu: return translate("CPU");
-        case MonitorSection::memory: return translate("Memory");
-        case MonitorSection::storage: return translate("Storage");
-        case MonitorSection::sensors: return translate("Sensors");
-    }
-    return {};
+    return translate(enumName(sectionNames, section).title);
 }
 
 std::string_view sectionIcon(MonitorSection section) {

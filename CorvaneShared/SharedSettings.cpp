@@ -2,6 +2,7 @@
 
 #include <pwd.h>
 #include <unistd.h>
+#include <array>
 
 #include <cerrno>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 
 #include "CorvaneShared/BuildInfo.h"
 #include "CorvaneShared/JSONFileSettingsStore.h"
+#include "Foundation/EnumNames.h"
 
 namespace corvane::SharedSettings {
 
@@ -17,6 +19,15 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view fileExtension = ".json";
+
+constexpr std::array<EnumName<Signal>, 6> signalNames{{
+    {Signal::settings, "settings"},
+    {Signal::quitAgent, "quitAgent"},
+    {Signal::openSettings, "openSettings"},
+    {Signal::checkForUpdates, "checkForUpdates"},
+    {Signal::updateAvailable, "updateAvailable"},
+    {Signal::menuBarChanged, "menuBarChanged"},
+}};
 
 // The account database answers for a process started without HOME (a service, `env -i`).
 std::optional<std::string> accountHomeDirectory() {
@@ -150,24 +161,11 @@ const SettingList& factoryDefaults() {
 }
 
 std::string_view signalCaseName(Signal signal) {
-    switch (signal) {
-        case Signal::settings: return "settings";
-        case Signal::quitAgent: return "quitAgent";
-        case Signal::openSettings: return "openSettings";
-        case Signal::checkForUpdates: return "checkForUpdates";
-        case Signal::updateAvailable: return "updateAvailable";
-        case Signal::menuBarChanged: return "menuBarChanged";
-    }
-    return {};
+    return enumName(signalNames, signal).raw;
 }
 
 std::optional<Signal> signalFromCaseName(std::string_view name) {
-    for (Signal signal : allSignals) {
-        if (signalCaseName(signal) == name) {
-            return signal;
-        }
-    }
-    return std::nullopt;
+    return enumFromRaw(signalNames, name);
 }
 
 std::string signalName(Signal signal, std::string_view suite) {

@@ -8,14 +8,16 @@ SignalListener::SignalListener(SignalBus& bus, std::string suite)
     : bus(bus), suite(std::move(suite)) {}
 
 SignalListener::~SignalListener() {
-    for (SignalToken token : registrations) {
-        bus.cancel(token);
+    for (Subscription& registration : registrations) {
+        registration.reset();
     }
 }
 
 void SignalListener::listen(SharedSettings::Signal signal, std::function<void()> handler) {
-    if (auto token = bus.subscribe(SharedSettings::signalName(signal, suite), std::move(handler))) {
-        registrations.push_back(*token);
+    Subscription registration =
+        bus.subscribe(SharedSettings::signalName(signal, suite), std::move(handler));
+    if (registration.isActive()) {
+        registrations.push_back(std::move(registration));
     }
 }
 

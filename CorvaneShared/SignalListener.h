@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -11,7 +12,7 @@
 namespace corvane {
 
 /// Registers handlers for the shared signals of one suite and owns the registrations:
-/// destroying it cancels every one, in the order they were made, so no handler runs afterwards.
+/// destroying it ends every one, in the order they were made, so no handler runs afterwards.
 /// Main thread only.
 class SignalListener {
 public:
@@ -28,13 +29,13 @@ public:
     /// transports, so handlers re-read state rather than count.
     void listen(SharedSettings::Signal signal, std::function<void()> handler);
 
-    /// The live registrations, oldest first.
-    const std::vector<SignalToken>& tokens() const { return registrations; }
+    /// How many registrations the bus accepted.
+    std::size_t registrationCount() const { return registrations.size(); }
 
 private:
     SignalBus& bus;
     std::string suite;
-    std::vector<SignalToken> registrations;
+    std::vector<Subscription> registrations;
 };
 
 namespace SharedSettings {

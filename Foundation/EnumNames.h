@@ -7,12 +7,14 @@
 
 namespace corvane {
 
-/// One case of a settings enumeration: its raw settings value and the English key of its title.
+/// One case of an enumeration: the raw text it is stored, printed or read as and, for a case the
+/// user picks in the settings, the English key of its title. An enumeration's names are one
+/// table of these, in the order of its cases, which serves both directions.
 template <typename Enum>
 struct EnumName {
     Enum value;
     std::string_view raw;
-    std::string_view title;
+    std::string_view title = {};
 };
 
 /// The case whose raw value is exactly `raw`, tried in table order; absent otherwise.

@@ -3,11 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 #include <vector>
 
 #include "Foundation/DirectoryListing.h"
+#include "Foundation/EnumNames.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/KernelFileReader.h"
 #include "Platform/Linux/TextScanning.h"
@@ -21,6 +23,14 @@ constexpr std::size_t attributeLimitBytes = 4096;
 constexpr double secondsPerMinute = 60;
 constexpr double minutesPerHour = 60;
 constexpr double microPerMilli = 1000;
+
+// As the kernel's power_supply class prints them; "Unknown" and anything else read as unknown.
+constexpr std::array<EnumName<PowerSupplyStatus>, 4> statusNames{{
+    {PowerSupplyStatus::charging, "Charging"},
+    {PowerSupplyStatus::discharging, "Discharging"},
+    {PowerSupplyStatus::notCharging, "Not charging"},
+    {PowerSupplyStatus::full, "Full"},
+}};
 
 std::vector<std::string> listSupplies(const std::string& supplyDirectory) {
     std::vector<std::string> names;
@@ -188,20 +198,7 @@ std::optional<bool> externalConnected(const PowerSupplyReading& r) {
 }  // namespace
 
 PowerSupplyStatus parsePowerSupplyStatus(std::string_view text) {
-    const auto status = text::trim(text);
-    if (status == "Charging") {
-        return PowerSupplyStatus::charging;
-    }
-    if (status == "Discharging") {
-        return PowerSupplyStatus::discharging;
-    }
-    if (status == "Not charging") {
-        return PowerSupplyStatus::notCharging;
-    }
-    if (status == "Full") {
-        return PowerSupplyStatus::full;
-    }
-    return PowerSupplyStatus::unknown;
+    return enumFromRaw(statusNames, text::trim(text)).value_or(PowerSupplyStatus::unknown);
 }
 
 StatisticsDictionary batteryPropertiesFrom(const PowerSupplyReading& r) {

@@ -3,8 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 
 #include "Foundation/DirectoryListing.h"
+#include "Foundation/EnumNames.h"
 #include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
@@ -19,6 +21,13 @@ constexpr int maxTrips = 64;
 // reporting that it has no reading.
 constexpr std::int64_t absoluteZeroMillidegrees = -273'150;
 
+constexpr std::array<EnumName<ThermalTripType>, 4> tripTypeNames{{
+    {ThermalTripType::active, "active"},
+    {ThermalTripType::passive, "passive"},
+    {ThermalTripType::hot, "hot"},
+    {ThermalTripType::critical, "critical"},
+}};
+
 std::optional<std::int64_t> readMillidegrees(KernelFileReader& reader, const std::string& path) {
     const auto text = reader.read(path.c_str());
     return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
@@ -27,20 +36,7 @@ std::optional<std::int64_t> readMillidegrees(KernelFileReader& reader, const std
 }  // namespace
 
 std::optional<ThermalTripType> parseThermalTripType(std::string_view text) {
-    const auto type = text::trim(text);
-    if (type == "active") {
-        return ThermalTripType::active;
-    }
-    if (type == "passive") {
-        return ThermalTripType::passive;
-    }
-    if (type == "hot") {
-        return ThermalTripType::hot;
-    }
-    if (type == "critical") {
-        return ThermalTripType::critical;
-    }
-    return std::nullopt;
+    return enumFromRaw(tripTypeNames, text::trim(text));
 }
 
 void ThermalTrips::add(ThermalTripType type, std::int64_t millidegrees) {

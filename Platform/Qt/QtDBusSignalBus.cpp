@@ -4,7 +4,6 @@
 #include <QObject>
 
 #include <utility>
-#include <vector>
 
 #include "Platform/Qt/DBusSignalMember.h"
 
@@ -39,7 +38,7 @@ QtDBusSignalBus::QtDBusSignalBus(QDBusConnection connection)
       receiver(std::make_unique<Receiver>([this](const QString& member) { deliver(member); })) {}
 
 QtDBusSignalBus::~QtDBusSignalBus() {
-    for (const auto& [member, count] : subscriberCounts) {
+    for (const auto& [member, handlers] : *subscribers) {
         disconnectMember(member);
     }
 }
@@ -53,32 +52,29 @@ void QtDBusSignalBus::post(std::string_view name) {
                                                memberOf(name)));
 }
 
-std::optional<SignalToken> QtDBusSignalBus::subscribe(std::string_view name,
-                                                      std::function<void()> handler) {
+Subscription QtDBusSignalBus::subscribe(std::string_view name, std::function<void()> handler) {
     const QString member = memberOf(name);
-    int& count = subscriberCounts[member];
-    if (count == 0 && !connectMember(member)) {
-        subscriberCounts.erase(member);
-        return std::nullopt;
+    const auto [handlers, isFirst] = subscribers->try_emplace(member);
+    if (isFirst && !connectMember(member)) {
+        subscribers->erase(handlers);
+        return {};
     }
-    ++count;
-    const SignalToken token = nextToken++;
-    registrations.emplace(
-        token, Registration{member, std::make_shared<std::function<void()>>(std::move(handler))});
-    return token;
+    // Shared, because a subscription's ending is a copyable function.
+    auto registration = std::make_shared<Subscription>(handlers->second.add(std::move(handler)));
+    // The subscribers belong to this bus alone: while they live, so does the bus.
+    return Subscription([this, weakSubscribers = std::weak_ptr(subscribers), member, registration] {
+        registration->reset();
+        if (weakSubscribers.lock()) {
+            unsubscribe(member);
+        }
+    });
 }
 
-void QtDBusSignalBus::cancel(SignalToken token) {
-    auto found = registrations.find(token);
-    if (found == registrations.end()) {
-        return;
-    }
-    const QString member = found->second.member;
-    registrations.erase(found);
-    auto count = subscriberCounts.find(member);
-    if (--count->second == 0) {
+void QtDBusSignalBus::unsubscribe(const QString& member) {
+    const auto handlers = subscribers->find(member);
+    if (handlers != subscribers->end() && handlers->second.empty()) {
         disconnectMember(member);
-        subscriberCounts.erase(count);
+        subscribers->erase(handlers);
     }
 }
 
@@ -95,22 +91,10 @@ void QtDBusSignalBus::flush() {
 }
 
 void QtDBusSignalBus::deliver(const QString& member) {
-    // A handler may cancel any subscription, its own included, or add new ones: take the
-    // subscribers as they are now and skip those cancelled on the way.
-    std::vector<SignalToken> subscribers;
-    for (const auto& [token, registration] : registrations) {
-        if (registration.member == member) {
-            subscribers.push_back(token);
-        }
-    }
-    for (SignalToken token : subscribers) {
-        auto found = registrations.find(token);
-        if (found == registrations.end()) {
-            continue;
-        }
-        // Held here so that cancelling inside the handler does not destroy it mid-call.
-        const auto handler = found->second.handler;
-        (*handler)();
+    // A handler may end any subscription, the last of this member's included (which removes
+    // its list), or add new ones; the list allows all of that while it tells.
+    if (const auto handlers = subscribers->find(member); handlers != subscribers->end()) {
+        handlers->second.notify();
     }
 }
 

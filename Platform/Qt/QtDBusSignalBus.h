@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 
+#include "Foundation/ObserverList.h"
 #include "Platform/SignalBus.h"
 
 namespace corvane {
@@ -27,9 +28,7 @@ public:
     bool isConnected() const { return connection.isConnected(); }
 
     void post(std::string_view name) override;
-    std::optional<SignalToken> subscribe(std::string_view name,
-                                         std::function<void()> handler) override;
-    void cancel(SignalToken token) override;
+    Subscription subscribe(std::string_view name, std::function<void()> handler) override;
 
     /// Blocks (up to a second) until the bus daemon has taken every post and subscription made
     /// so far, for a process that is about to exit or to tell others it is listening.
@@ -37,22 +36,18 @@ public:
 
 private:
     class Receiver;
-    struct Registration {
-        QString member;
-        std::shared_ptr<std::function<void()>> handler;
-    };
+    using Subscribers = std::map<QString, ObserverList<>>;
 
     void deliver(const QString& member);
+    void unsubscribe(const QString& member);
     bool connectMember(const QString& member);
     void disconnectMember(const QString& member);
 
     QDBusConnection connection;
     std::unique_ptr<Receiver> receiver;
-    // Ordered by token, which is the order of subscription, so handlers run in that order.
-    std::map<SignalToken, Registration> registrations;
-    // One bus-level connection per member, shared by every subscription to it.
-    std::map<QString, int> subscriberCounts;
-    SignalToken nextToken = 1;
+    // The handlers of each member, in the order they subscribed; one bus-level connection per
+    // member, shared by all of them. Reached weakly by the subscriptions, which may outlive it.
+    std::shared_ptr<Subscribers> subscribers = std::make_shared<Subscribers>();
 };
 
 }  // namespace corvane

@@ -9,7 +9,6 @@
 #include <QVariantMap>
 
 #include <utility>
-#include <vector>
 
 namespace corvane {
 
@@ -101,34 +100,14 @@ private:
 };
 
 SessionDisplayState::SessionDisplayState(QDBusConnection sessionBus, QDBusConnection systemBus)
-    : receiver(std::make_unique<Receiver>(std::move(sessionBus), std::move(systemBus),
-                                          [this](DisplayEvent event) { report(event); })) {}
+    : receiver(
+          std::make_unique<Receiver>(std::move(sessionBus), std::move(systemBus),
+                                     [this](DisplayEvent event) { observers.notify(event); })) {}
 
 SessionDisplayState::~SessionDisplayState() = default;
 
 Subscription SessionDisplayState::observe(std::function<void(DisplayEvent)> handler) {
-    const int id = nextObserver++;
-    observers->emplace(id, std::move(handler));
-    return Subscription([weakObservers = std::weak_ptr<Observers>(observers), id] {
-        if (auto live = weakObservers.lock()) {
-            live->erase(id);
-        }
-    });
-}
-
-void SessionDisplayState::report(DisplayEvent event) {
-    // An observer may end its own subscription or another's while being told.
-    std::vector<int> ids;
-    for (const auto& [id, handler] : *observers) {
-        ids.push_back(id);
-    }
-    for (int id : ids) {
-        auto found = observers->find(id);
-        if (found != observers->end()) {
-            auto handler = found->second;
-            handler(event);
-        }
-    }
+    return observers.add(std::move(handler));
 }
 
 }  // namespace corvane

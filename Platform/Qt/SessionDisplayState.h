@@ -3,9 +3,9 @@
 #include <QDBusConnection>
 
 #include <functional>
-#include <map>
 #include <memory>
 
+#include "Foundation/ObserverList.h"
 #include "Platform/DisplayState.h"
 
 namespace corvane {
@@ -30,12 +30,8 @@ public:
 
 private:
     class Receiver;
-    using Observers = std::map<int, std::function<void(DisplayEvent)>>;
 
-    void report(DisplayEvent event);
-
-    std::shared_ptr<Observers> observers = std::make_shared<Observers>();
-    int nextObserver = 0;
+    ObserverList<DisplayEvent> observers;
     std::unique_ptr<Receiver> receiver;
 };
 

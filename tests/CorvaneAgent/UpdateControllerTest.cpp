@@ -173,7 +173,7 @@ TEST_F(UpdateControllerTest, AgentOutsideAnAppStaysOffAndTouchesNoSetting) {
     }
     EXPECT_EQ(settings.storedValues(), SettingValue::object());
     EXPECT_TRUE(setups.empty());
-    EXPECT_TRUE(bus.subscriptions.empty());
+    EXPECT_TRUE(bus.subscriptions->empty());
 }
 
 TEST_F(UpdateControllerTest, DisabledRunOrMissingKeyWritesCannotCheckAndListensToNothing) {
@@ -182,7 +182,7 @@ TEST_F(UpdateControllerTest, DisabledRunOrMissingKeyWritesCannotCheckAndListensT
     auto controller = startedController();
     EXPECT_EQ(log.lines, std::vector<std::string>{UpdateController::disabledMessage});
     EXPECT_EQ(settings.object("updaterCanCheck"), false);
-    EXPECT_TRUE(bus.subscriptions.empty());
+    EXPECT_TRUE(bus.subscriptions->empty());
 
     environment.variables.clear();
     writeBundleInfo(host, R"({"identifier": "io.test.App", "SUPublicEDKey": 7})");
@@ -199,7 +199,7 @@ TEST_F(UpdateControllerTest, UpdaterThatFailsToStartLeavesEverythingAsItWas) {
     EXPECT_EQ(log.lines, std::vector<std::string>{"error: Sparkle did not start: no feed"});
     EXPECT_FALSE(controller->hasUpdater());
     EXPECT_EQ(settings.object("updaterCanCheck"), true);
-    EXPECT_TRUE(bus.subscriptions.empty());
+    EXPECT_TRUE(bus.subscriptions->empty());
     bus.post("suite.checkForUpdates");
     EXPECT_EQ(broughtToFront, 0);
 }
@@ -254,9 +254,9 @@ TEST_F(UpdateControllerTest, CheckSignalChecksOnlyWhenTheUpdaterCan) {
 
 TEST_F(UpdateControllerTest, SignalsAfterTheControllerIsGoneReachNothing) {
     auto controller = startedController();
-    EXPECT_EQ(bus.subscriptions.size(), 2u);
+    EXPECT_EQ(bus.subscriptions->size(), 2u);
     controller.reset();
-    EXPECT_TRUE(bus.subscriptions.empty());
+    EXPECT_TRUE(bus.subscriptions->empty());
     bus.post("suite.checkForUpdates");
     bus.post("suite.settings");
 }

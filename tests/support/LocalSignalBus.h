@@ -2,9 +2,10 @@
 
 #include <functional>
 #include <map>
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Platform/SignalBus.h"
@@ -15,24 +16,30 @@ namespace corvane::testing {
 /// subscription order, and is recorded.
 class LocalSignalBus final : public SignalBus {
 public:
+    using Subscribers = std::map<int, std::pair<std::string, std::function<void()>>>;
+
     void post(std::string_view name) override {
         posts.emplace_back(name);
         std::vector<std::function<void()>> handlers;
-        for (const auto& [token, subscription] : subscriptions) {
-            if (subscription.first == name) {
-                handlers.push_back(subscription.second);
+        for (const auto& [token, subscriber] : *subscriptions) {
+            if (subscriber.first == name) {
+                handlers.push_back(subscriber.second);
             }
         }
         for (const auto& handler : handlers) {
             handler();
         }
     }
-    std::optional<SignalToken> subscribe(std::string_view name,
-                                         std::function<void()> handler) override {
-        subscriptions.emplace(nextToken, std::pair(std::string(name), std::move(handler)));
-        return nextToken++;
+    Subscription subscribe(std::string_view name, std::function<void()> handler) override {
+        const int token = nextToken++;
+        subscriptions->emplace(token, std::pair(std::string(name), std::move(handler)));
+        // The subscribers are shared, so a subscription that outlives the bus ends harmlessly.
+        return Subscription([subscribers = std::weak_ptr(subscriptions), token] {
+            if (auto live = subscribers.lock()) {
+                live->erase(token);
+            }
+        });
     }
-    void cancel(SignalToken token) override { subscriptions.erase(token); }
 
     /// How many posts of `name` were made.
     std::size_t postsOf(std::string_view name) const {
@@ -44,10 +51,10 @@ public:
     }
 
     std::vector<std::string> posts;
-    std::map<SignalToken, std::pair<std::string, std::function<void()>>> subscriptions;
+    std::shared_ptr<Subscribers> subscriptions = std::make_shared<Subscribers>();
 
 private:
-    SignalToken nextToken = 1;
+    int nextToken = 1;
 };
 
 }  // namespace corvane::testing

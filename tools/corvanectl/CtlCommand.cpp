@@ -1,9 +1,12 @@
 #include "tools/corvanectl/CtlCommand.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
+#include "Foundation/EnumNames.h"
 #include "Foundation/NumberParsing.h"
+#include "Foundation/UsageText.h"
 
 namespace corvane {
 
@@ -12,28 +15,27 @@ namespace {
 using Verb = CtlCommand::Verb;
 using ValueType = CtlCommand::ValueType;
 
-struct VerbName {
-    std::string_view name;
+// The flags of set that type its value.
+constexpr std::array<EnumName<ValueType>, 3> typeFlags{{
+    {ValueType::boolean, "--bool"},
+    {ValueType::number, "--double"},
+    {ValueType::string, "--string"},
+}};
+
+struct Command;
+using ParseOperands = std::variant<CtlCommand, CtlUsageError> (*)(
+    const Command& command, std::span<const std::string_view> operands);
+
+/// One command of the command line: how it is spelled, parsed and shown in --help.
+struct Command {
     Verb verb;
+    std::string_view name;
+    /// What follows the name in --help ("KEY"); empty for a command that takes nothing.
+    std::string_view operands;
+    /// The --help description, '\n' between its lines.
+    std::string_view help;
+    ParseOperands parse;
 };
-
-constexpr VerbName verbNames[] = {
-    {"get", Verb::get},   {"set", Verb::set},   {"delete", Verb::remove},
-    {"list", Verb::list}, {"post", Verb::post}, {"watch", Verb::watch},
-};
-
-std::optional<ValueType> typeFlag(std::string_view argument) {
-    if (argument == "--bool") {
-        return ValueType::boolean;
-    }
-    if (argument == "--double") {
-        return ValueType::number;
-    }
-    if (argument == "--string") {
-        return ValueType::string;
-    }
-    return std::nullopt;
-}
 
 bool equalsIgnoringCase(std::string_view text, std::string_view lowercase) {
     return std::equal(
@@ -66,12 +68,28 @@ std::string quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
 }
 
-std::variant<CtlCommand, CtlUsageError> parseSet(CtlCommand command,
+std::variant<CtlCommand, CtlUsageError> parseKey(const Command& entry,
+                                                 std::span<const std::string_view> operands) {
+    if (operands.size() != 1 || operands[0].empty()) {
+        return CtlUsageError{std::string(entry.name) + " needs exactly one key"};
+    }
+    return CtlCommand{.verb = entry.verb, .key = std::string(operands[0])};
+}
+
+std::variant<CtlCommand, CtlUsageError> parseNothing(const Command& entry,
+                                                     std::span<const std::string_view> operands) {
+    if (!operands.empty()) {
+        return CtlUsageError{std::string(entry.name) + " takes no arguments"};
+    }
+    return CtlCommand{.verb = entry.verb};
+}
+
+std::variant<CtlCommand, CtlUsageError> parseSet(const Command& entry,
                                                  std::span<const std::string_view> operands) {
     std::optional<ValueType> type;
     std::vector<std::string_view> positional;
     for (std::string_view operand : operands) {
-        if (auto flag = typeFlag(operand)) {
+        if (auto flag = enumFromRaw(typeFlags, operand)) {
             if (type) {
                 return CtlUsageError{"set takes one of --bool, --double, --string"};
             }
@@ -88,13 +106,13 @@ std::variant<CtlCommand, CtlUsageError> parseSet(CtlCommand command,
         return CtlUsageError{"set: " + quoted(positional[1]) + " is not " +
                              (type == ValueType::boolean ? "true or false" : "a number")};
     }
-    command.key = positional[0];
-    command.value = std::move(*value);
-    return command;
+    return CtlCommand{
+        .verb = entry.verb, .key = std::string(positional[0]), .value = std::move(*value)};
 }
 
-std::variant<CtlCommand, CtlUsageError> parseSignals(CtlCommand command,
+std::variant<CtlCommand, CtlUsageError> parseSignals(const Command& entry,
                                                      std::span<const std::string_view> operands) {
+    CtlCommand command{.verb = entry.verb};
     for (std::string_view operand : operands) {
         auto signal = SharedSettings::signalFromCaseName(operand);
         if (!signal) {
@@ -115,6 +133,30 @@ std::variant<CtlCommand, CtlUsageError> parseSignals(CtlCommand command,
     }
     return command;
 }
+
+// Every command, in the order --help lists them. A new command is one row here (and its case
+// in CtlCommand::Verb); parsing and the usage text come from the row.
+constexpr Command commands[] = {
+    {Verb::get, "get", "KEY",
+     "print the value of KEY (its factory default when none is\n"
+     "stored); exit status 1 when it has none",
+     parseKey},
+    {Verb::set, "set", "KEY VALUE [--bool|--double|--string]",
+     "store VALUE under KEY; without a type flag, true and false\n"
+     "are Booleans, numbers are numbers, anything else is text",
+     parseSet},
+    {Verb::remove, "delete", "KEY", "remove the stored value; the factory default answers again",
+     parseKey},
+    {Verb::list, "list", "",
+     "print every key with its value as JSON, stored values over\n"
+     "factory defaults, one per line",
+     parseNothing},
+    {Verb::post, "post", "SIGNAL", "post SIGNAL to every listener of this suite", parseSignals},
+    {Verb::watch, "watch", "[SIGNAL...]",
+     "print the name of each signal received, one per line, until\n"
+     "interrupted (every signal when none is named)",
+     parseSignals},
+};
 
 }  // namespace
 
@@ -150,56 +192,31 @@ std::variant<CtlCommand, CtlUsageError> parseCtlArguments(
     if (arguments.empty()) {
         return CtlUsageError{"missing command (see --help)"};
     }
-    const auto found =
-        std::find_if(std::begin(verbNames), std::end(verbNames),
-                     [&](const VerbName& entry) { return entry.name == arguments[0]; });
-    if (found == std::end(verbNames)) {
-        return CtlUsageError{"unknown command " + quoted(arguments[0]) + " (see --help)"};
+    for (const Command& command : commands) {
+        if (command.name == arguments[0]) {
+            return command.parse(command, arguments.subspan(1));
+        }
     }
-    CtlCommand command;
-    command.verb = found->verb;
-    const auto operands = arguments.subspan(1);
-    switch (command.verb) {
-        case Verb::set: return parseSet(std::move(command), operands);
-        case Verb::post:
-        case Verb::watch: return parseSignals(std::move(command), operands);
-        case Verb::get:
-        case Verb::remove:
-            if (operands.size() != 1 || operands[0].empty()) {
-                return CtlUsageError{std::string(found->name) + " needs exactly one key"};
-            }
-            command.key = operands[0];
-            return command;
-        case Verb::list:
-            if (!operands.empty()) {
-                return CtlUsageError{"list takes no arguments"};
-            }
-            return command;
-        case Verb::help: break;
-    }
-    return command;
+    return CtlUsageError{"unknown command " + quoted(arguments[0]) + " (see --help)"};
 }
 
 std::string ctlUsage() {
-    return R"(Usage: corvanectl COMMAND [ARGUMENTS]
+    std::string text = R"(Usage: corvanectl COMMAND [ARGUMENTS]
 
 Reads and writes the settings Corvane shares with its agent, and posts and watches
 the signals they exchange.
 
 Commands:
-  get KEY              print the value of KEY (its factory default when none is
-                       stored); exit status 1 when it has none
-  set KEY VALUE [--bool|--double|--string]
-                       store VALUE under KEY; without a type flag, true and false
-                       are Booleans, numbers are numbers, anything else is text
-  delete KEY           remove the stored value; the factory default answers again
-  list                 print every key with its value as JSON, stored values over
-                       factory defaults, one per line
-  post SIGNAL          post SIGNAL to every listener of this suite
-  watch [SIGNAL...]    print the name of each signal received, one per line, until
-                       interrupted (every signal when none is named)
-  -h, --help           show this text
-
+)";
+    for (const Command& command : commands) {
+        std::string synopsis(command.name);
+        if (!command.operands.empty()) {
+            synopsis.append(" ").append(command.operands);
+        }
+        appendUsageEntry(text, synopsis, command.help);
+    }
+    appendUsageEntry(text, "-h, --help", "show this text");
+    text += R"(
 Signals: settings, quitAgent, openSettings, checkForUpdates, updateAvailable,
 menuBarChanged. set and delete only change the file; post settings afterwards
 tells every listener to re-read it.
@@ -211,6 +228,7 @@ D-Bus signals on the session bus, named after the suite.
 Exit status: 0 on success; 1 when get finds no value, a write fails or there is
 no session bus; 2 for a bad command line or a settings file that cannot be read.
 )";
+    return text;
 }
 
 }  // namespace corvane

@@ -93,7 +93,7 @@ TEST_F(QtDBusSignalBusTest, WithoutABusListeningIsRefusedSilently) {
     listener.listen(Signal::settings, [] {});
     SharedSettings::post(nowhere, Signal::settings, "suite");
     EXPECT_FALSE(nowhere.isConnected());
-    EXPECT_TRUE(listener.tokens().empty());
+    EXPECT_EQ(listener.registrationCount(), 0u);
 }
 
 }  // namespace

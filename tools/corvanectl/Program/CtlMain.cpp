@@ -60,7 +60,7 @@ int runSignals(const CtlCommand& command, int argc, char** argv) {
             std::fflush(stdout);
         });
     }
-    if (listener.tokens().size() != command.signalCases.size()) {
+    if (listener.registrationCount() != command.signalCases.size()) {
         return fail(1, "the session bus refused to deliver signals");
     }
     return QCoreApplication::exec();
