@@ -1,5 +1,10 @@
 #include "Platform/Qt/MenuBarHostSupport.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QGuiApplication>
+
+#include <cstdlib>
 #include <cstring>
 
 namespace corvane {
@@ -18,6 +23,30 @@ QImage qImageFromItemImage(const ItemImage& image) {
     }
     result.setDevicePixelRatio(image.devicePixelRatio > 0 ? image.devicePixelRatio : 1);
     return result;
+}
+
+}  // namespace corvane
+
+namespace corvane {
+
+void preferX11WhenDisplayIsSet() {
+    const char* display = std::getenv("DISPLAY");
+    if (display && *display && !std::getenv("QT_QPA_PLATFORM")) {
+        setenv("QT_QPA_PLATFORM", "xcb", 0);
+    }
+}
+
+bool hasSessionBus() {
+    return QDBusConnection::sessionBus().isConnected();
+}
+
+bool hasStatusNotifierWatcher() {
+    const QDBusConnectionInterface* bus = QDBusConnection::sessionBus().interface();
+    return bus && bus->isServiceRegistered(QStringLiteral("org.kde.StatusNotifierWatcher")).value();
+}
+
+bool isX11Platform() {
+    return QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
 }  // namespace corvane

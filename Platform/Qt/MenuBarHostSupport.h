@@ -34,3 +34,21 @@ struct MenuBarHostCreation {
 QImage qImageFromItemImage(const ItemImage& image);
 
 }  // namespace corvane
+
+namespace corvane {
+
+/// Sets QT_QPA_PLATFORM to xcb when DISPLAY is set and the variable is not, so that panels
+/// can be placed at screen coordinates, which Wayland does not allow (XWayland does). Call
+/// at the program's entry, before the QApplication exists.
+void preferX11WhenDisplayIsSet();
+
+/// Whether the session bus is reachable. Needs a QCoreApplication.
+bool hasSessionBus();
+
+/// Whether org.kde.StatusNotifierWatcher has an owner on the session bus (a tray is running).
+bool hasStatusNotifierWatcher();
+
+/// Whether the application runs on Qt's xcb platform (X11, or XWayland).
+bool isX11Platform();
+
+}  // namespace corvane
