@@ -80,12 +80,16 @@ public:
         : preferredPosition(std::move(preferredPosition)),
           menu(std::move(menu)),
           itemMoved(itemMoved) {
-        setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+        setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
         setAttribute(Qt::WA_X11DoNotAcceptFocus);
         setWindowTitle(QStringLiteral("Corvane"));
         setAutoFillBackground(true);
         winId();
+        // Qt applies the type property when the window's flags change, so one flag is set
+        // only now; the window is not mapped yet, so the window manager sees a dock from the
+        // start.
         windowHandle()->setProperty(windowTypeProperty, dockWindowType);
+        windowHandle()->setFlags(windowHandle()->flags() | Qt::WindowDoesNotAcceptFocus);
         place();
         show();
         reserveHeight();
