@@ -155,6 +155,20 @@ constexpr Flag flags[] = {
          options.smcTable = std::filesystem::path(value);
          return std::nullopt;
      }},
+    {"--menu-bar", "", "HOST", "tray, strip or auto",
+     "where the meters go: tray (a StatusNotifierItem tray on\n"
+     "the session bus), strip (Corvane's own bar at the top of\n"
+     "an X11 screen) or auto (default: the tray when one is\n"
+     "running, else the strip on X11)",
+     [](AgentOptions& options, const Flag& flag,
+        std::string_view value) -> std::optional<ArgumentError> {
+         const auto request = menuBarHostRequestFromName(value);
+         if (!request) {
+             return badValue(flag.name, value, "one of tray, strip, auto");
+         }
+         options.menuBarHost = *request;
+         return std::nullopt;
+     }},
     {"--update-check", "", "", "",
      "check the bundle's update feed once and print the outcome\n"
      "as one JSON line (version, offer, installed, error)",

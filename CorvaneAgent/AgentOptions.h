@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "CorvaneAgent/MenuBarHostChoice.h"
 #include "CorvaneAgent/SamplingPlan.h"
 #include "CorvaneShared/MonitorSection.h"
 
@@ -50,6 +51,8 @@ struct AgentOptions {
     std::optional<std::filesystem::path> smcTable;
     /// Where `render` writes its images and layout.json.
     std::filesystem::path renderDirectory;
+    /// Which menu bar the agent shows its meters in.
+    MenuBarHostRequest menuBarHost = MenuBarHostRequest::automatic;
 };
 
 /// Why the command line was refused, in one line without the program name.

@@ -13,7 +13,7 @@ std::variant<AgentOptions, ArgumentError> parse(std::vector<std::string_view> ar
 
 TEST(AgentOptions, AcceptsEveryFlagInBothSpellings) {
     auto parsed = parse({"--snapshot", "--refreshes", "4", "--interval=0.5", "--open", "cpu",
-                         "--open=sensors", "--procfs", "/", "--sysfs=/"});
+                         "--open=sensors", "--procfs", "/", "--sysfs=/", "--menu-bar", "strip"});
     ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
     const auto& options = std::get<AgentOptions>(parsed);
     EXPECT_EQ(options.mode, AgentOptions::Mode::snapshot);
@@ -22,6 +22,7 @@ TEST(AgentOptions, AcceptsEveryFlagInBothSpellings) {
     EXPECT_EQ(options.openSections,
               (std::vector<MonitorSection>{MonitorSection::cpu, MonitorSection::sensors}));
     EXPECT_EQ(options.procfs, "/");
+    EXPECT_EQ(options.menuBarHost, MenuBarHostRequest::strip);
 }
 
 TEST(AgentOptions, UpdateFlagsAreModes) {
@@ -70,6 +71,7 @@ TEST(AgentOptions, RefusesBadInputWithOneLine) {
         {"refreshes with an update check", {"--update-check", "--refreshes", "2"}, "--refreshes"},
         {"render without a directory", {"--render"}, "--render"},
         {"render with an empty directory", {"--render="}, "--render"},
+        {"unknown menu bar", {"--menu-bar=dock"}, "'dock'"},
         {"render and a snapshot", {"--render", "/tmp/m", "--snapshot"}, "--snapshot"},
     };
     for (const auto& row : rows) {
