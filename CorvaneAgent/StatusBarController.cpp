@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/MeterSettings.h"
 #include "CorvaneShared/SignalListener.h"
 
@@ -61,7 +62,8 @@ StatusBarController::~StatusBarController() {
     defaultsObserver.reset();
     layoutObservers.clear();
     orderSettle.reset();
-    services.monitor->setOnRefresh(nullptr);
+    // The monitor's refresh hook holds the controller weakly and does nothing from now on; it is
+    // left in place because the controller may be going away from inside that very call.
     removeStatusItems();
 }
 

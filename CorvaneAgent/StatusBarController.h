@@ -12,7 +12,6 @@
 #include "CorvaneAgent/MeterViews.h"
 #include "CorvaneAgent/PanelMetrics.h"
 #include "CorvaneAgent/Popover.h"
-#include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/MonitorSection.h"
 #include "CorvaneShared/SettingsStore.h"
 #include "CorvaneShared/SharedSettings.h"
@@ -23,6 +22,8 @@
 #include "Platform/SignalBus.h"
 
 namespace corvane {
+
+class SystemMonitor;
 
 /// What the status bar controller works with. Everything referenced outlives the controller.
 struct StatusBarServices {
