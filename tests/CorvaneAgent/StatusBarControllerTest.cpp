@@ -6,6 +6,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
 #include "Foundation/ObserverList.h"
 #include "tests/CorvaneAgent/FakeSystemStatistics.h"
@@ -339,115 +340,142 @@ TEST_F(StatusBarControllerTest, RefreshRedrawsOnlyMetersWhoseSignatureChanged) {
     EXPECT_EQ(host.item(memory).toolTip, "readout m2");
 }
 
-TEST_F(StatusBarControllerTest, ClickOpensBelowTheItemAndASecondClickCloses) {
-    auto controller = makeController();
-    click(cpu);
-    EXPECT_TRUE(popover(cpu).hasContent());
-    EXPECT_FALSE(popover(cpu).isShown()) << "shown only once sampling is prepared";
-    scheduler.drainMainQueue();
-    EXPECT_EQ(popover(cpu).anchor, host.item(cpu).frame);
-    EXPECT_EQ(open(), std::set{cpu});
-
-    click(cpu);
-    EXPECT_FALSE(popover(cpu).isShown());
-    EXPECT_FALSE(popover(cpu).hasContent());
-    EXPECT_TRUE(open().empty());
-}
-
-TEST_F(StatusBarControllerTest, SecondClickDuringAnOpeningClosesInsteadOfOpeningTwice) {
-    // The storage panel waits for a storage read, so its opening stays in progress until the
-    // background task has run.
-    for (bool preparationStarted : {false, true}) {
-        SCOPED_TRACE(preparationStarted ? "during preparation" : "before preparation");
-        auto controller = makeController();
-        click(storage);
-        if (preparationStarted) {
-            scheduler.drainMainQueue();
-            ASSERT_EQ(open(), std::set{storage});
-        }
-        click(storage);
-        scheduler.settle();
-        EXPECT_FALSE(popover(storage).isShown());
-        EXPECT_FALSE(popover(storage).hasContent());
-        EXPECT_TRUE(open().empty());
-    }
-}
-
-TEST_F(StatusBarControllerTest, ClickOnAnotherItemSwitchesPanels) {
-    auto controller = makeController();
-    click(cpu);
-    scheduler.drainMainQueue();
-    click(memory);
-    scheduler.drainMainQueue();
-    EXPECT_FALSE(popover(cpu).isShown());
-    EXPECT_FALSE(popover(cpu).hasContent());
-    EXPECT_EQ(popover(memory).anchor, host.item(memory).frame);
-    EXPECT_EQ(open(), std::set{memory});
-}
-
-TEST_F(StatusBarControllerTest, PressesElsewhereCloseOnlyOutsidePanelAndItems) {
+TEST_F(StatusBarControllerTest, ClicksOpenCloseAndSwitchPanels) {
     struct Row {
         const char* name;
-        ScreenPoint (*where)(const FakeHost&, const FakePopover&);
-        bool onItem;
-        bool staysOpen;
+        std::function<void()> steps;
+        std::optional<MonitorSection> shown;
+        std::optional<MonitorSection> withContent;
+        std::set<MonitorSection> open;
     };
+    const auto drain = [this] { scheduler.drainMainQueue(); };
+    const auto press = [this](ScreenPoint point, bool onItem) {
+        host.presses.notify(point, onItem);
+    };
+    // The storage panel waits for a storage read, so its opening stays in progress until the
+    // background task has run.
     const std::vector<Row> rows = {
-        {"inside the panel",
-         [](const FakeHost&, const FakePopover& p) {
-             return ScreenPoint{p.anchor->x + 5, 100};
+        {"one click",
+         [&] {
+             click(cpu);
+             drain();
          },
-         false, true},
-        {"on the desktop",
-         [](const FakeHost&, const FakePopover&) {
-             return ScreenPoint{10, 900};
+         cpu,
+         cpu,
+         {cpu}},
+        {"opening in progress",
+         [&] {
+             click(storage);
+             drain();
          },
-         false, false},
-        {"on an item's button",
-         [](const FakeHost& h, const FakePopover&) {
-             return ScreenPoint{h.live[0]->frame->x + 1, 5};
+         {},
+         storage,
+         {storage}},
+        {"second click",
+         [&] {
+             click(cpu);
+             drain();
+             click(cpu);
          },
-         false, true},
-        {"reported on an item",
-         [](const FakeHost&, const FakePopover&) {
-             return ScreenPoint{10, 900};
+         {},
+         {},
+         {}},
+        {"second click before the opening began",
+         [&] {
+             click(storage);
+             click(storage);
+             scheduler.settle();
          },
-         true, true},
+         {},
+         {},
+         {}},
+        {"second click during the opening",
+         [&] {
+             click(storage);
+             drain();
+             click(storage);
+             scheduler.settle();
+         },
+         {},
+         {},
+         {}},
+        {"another item",
+         [&] {
+             click(cpu);
+             drain();
+             click(memory);
+             drain();
+         },
+         memory,
+         memory,
+         {memory}},
+        {"button gone before the opening ends",
+         [&] {
+             click(storage);
+             drain();
+             host.item(storage).button = false, scheduler.settle();
+         },
+         {},
+         {},
+         {}},
+        {"the panel's own close",
+         [&] {
+             click(cpu);
+             drain();
+             popover(cpu).closeAction();
+         },
+         {},
+         {},
+         {}},
+        {"press inside the panel",
+         [&] {
+             click(cpu);
+             drain();
+             press({popover(cpu).anchor->x + 5, 100}, false);
+         },
+         cpu,
+         cpu,
+         {cpu}},
+        {"press on the desktop",
+         [&] {
+             click(cpu);
+             drain();
+             press({10, 900}, false);
+         },
+         {},
+         {},
+         {}},
+        {"press on an item's button",
+         [&] {
+             click(cpu);
+             drain();
+             press({host.item(sensors).frame->x + 1, 5}, false);
+         },
+         cpu,
+         cpu,
+         {cpu}},
+        {"press reported on an item",
+         [&] {
+             click(cpu), drain(), press({10, 900}, true);
+         },
+         cpu,
+         cpu,
+         {cpu}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         auto controller = makeController();
-        click(sensors);
-        scheduler.drainMainQueue();
-        host.presses.notify(row.where(host, popover(sensors)), row.onItem);
-        EXPECT_EQ(popover(sensors).isShown(), row.staysOpen);
-        EXPECT_EQ(open().contains(sensors), row.staysOpen);
+        row.steps();
+        for (MonitorSection section : allMonitorSections) {
+            EXPECT_EQ(popover(section).isShown(), row.shown == section) << sectionKey(section);
+            EXPECT_EQ(popover(section).hasContent(), row.withContent == section)
+                << sectionKey(section);
+        }
+        if (row.shown) {
+            EXPECT_EQ(popover(*row.shown).anchor, host.item(*row.shown).frame);
+        }
+        EXPECT_EQ(open(), row.open);
     }
-}
-
-TEST_F(StatusBarControllerTest, OpeningWhoseButtonVanishedIsAbandoned) {
-    auto controller = makeController();
-    click(storage);
-    scheduler.drainMainQueue();
-    ASSERT_EQ(open(), std::set{storage});
-    host.item(storage).button = false;
-    scheduler.settle();
-    EXPECT_FALSE(popover(storage).isShown());
-    EXPECT_FALSE(popover(storage).hasContent());
-    EXPECT_TRUE(open().empty());
-
-    click(memory);  // the controller is not left thinking an opening is in progress
-    scheduler.drainMainQueue();
-    EXPECT_TRUE(popover(memory).isShown());
-}
-
-TEST_F(StatusBarControllerTest, PanelClosingItselfDropsContentAndEndsSampling) {
-    auto controller = makeController();
-    click(cpu);
-    scheduler.drainMainQueue();
-    popover(cpu).closeAction();
-    EXPECT_FALSE(popover(cpu).hasContent());
-    EXPECT_TRUE(open().empty());
 }
 
 TEST_F(StatusBarControllerTest, PanelContentFitsTheBudgetOfTheItemsScreen) {
