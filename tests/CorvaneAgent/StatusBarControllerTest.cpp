@@ -510,6 +510,18 @@ TEST_F(StatusBarControllerTest, PanelContentFitsTheBudgetOfTheItemsScreen) {
     }
 }
 
+TEST_F(StatusBarControllerTest, NothingRunsOnceTheControllerIsGone) {
+    auto controller = makeController();
+    click(storage);            // its opening is queued
+    settingsChanged.notify();  // and so is a settings pass
+    controller.reset();
+    EXPECT_TRUE(host.live.empty());
+    scheduler.settle();
+    monitor->refresh();
+    EXPECT_TRUE(open().empty());
+    EXPECT_EQ(host.added.size(), 4u);
+}
+
 class OrderSettleTest : public StatusBarControllerTest {
 protected:
     // Puts cpu in front of the others, as a drag to the far left would.
