@@ -40,7 +40,7 @@ TEST(ProcessApplications, MatchesProcessesToTheirDesktopEntries) {
         {"unreadable exe, absolute first argument", 115, "xt-worker", "x-tool.desktop"},
         {"process gone", 999, "ghost", ""},
     };
-    ProcessApplications applications(std::make_unique<LinuxProcessCommands>(fixture + "/proc"),
+    ProcessApplications applications(std::make_unique<LinuxProcessCommands>(fixture + "/procfs"),
                                      fixtureIndex);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

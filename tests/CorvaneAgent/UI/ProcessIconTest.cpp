@@ -43,7 +43,7 @@ TEST(ProcessIcon, ApplicationIconFromThemeOrFileElseTerminalSymbol) {
         {"command-line program", 112, "bash", tint},
         {"process gone", 999, "ghost", tint},
     };
-    ProcessIcon icons(fixture + "/proc", [&](const char* name) -> const char* {
+    ProcessIcon icons(fixture + "/procfs", [&](const char* name) -> const char* {
         static const std::string home = fixture + "/home";
         static const std::string share = fixture + "/share";
         const std::string_view variable = name;
