@@ -59,8 +59,7 @@ void keepAboveOnEveryWorkspace(QWindow& window) {
     for (const char* name : {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY",
                              "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
         const xcb_atom_t state = internAtom(connection, name);
-        if (state != noAtom &&
-            std::find(states.begin(), states.end(), state) == states.end()) {
+        if (state != noAtom && std::find(states.begin(), states.end(), state) == states.end()) {
             states.push_back(state);
         }
     }
