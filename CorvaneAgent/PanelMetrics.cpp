@@ -6,35 +6,40 @@
 
 namespace corvane {
 
-const std::array<PanelMetrics, 4> PanelMetrics::steps = {{
-    {70, 72, 9, 7},
-    {60, 60, 8, 6},
-    {50, 50, 6, 5},
-    {42, 42, 5, 4},
-}};
-
 namespace {
 
-// Room kept between the panel and the screen's edge, and the part of a scrolling panel that
-// does not scroll (its header and footer), in points.
+constexpr const char* budgetVariable = "CORVANE_PANEL_BUDGET";
+/// What the screen keeps for itself below the panel, in points.
 constexpr double screenMargin = 30;
-constexpr double fixedPartOfScrollingPanel = 74;
+/// The header, the footer and their dividers stay outside the scrolling region, in points.
+constexpr double chromeHeight = 74;
 
 }  // namespace
 
+const std::array<PanelMetrics, 4> PanelMetrics::steps = {{
+    {.usageGraphHeight = 70, .loadGraphHeight = 72, .sectionPadding = 9, .rowSpacing = 7},
+    {.usageGraphHeight = 60, .loadGraphHeight = 60, .sectionPadding = 8, .rowSpacing = 6},
+    {.usageGraphHeight = 50, .loadGraphHeight = 50, .sectionPadding = 6, .rowSpacing = 5},
+    {.usageGraphHeight = 42, .loadGraphHeight = 42, .sectionPadding = 5, .rowSpacing = 4},
+}};
+
 const PanelFitRecord& PanelFit::fit(MonitorSection section, double budget, const Measure& measure) {
-    if (auto stored = records.find(section);
-        stored != records.end() && stored->second.budget == budget) {
+    const auto stored = records.find(section);
+    // Keyed by the budget alone: content that grew since (more sensors) keeps the stored fit
+    // until the budget changes, which spares measuring the panel on every opening.
+    if (stored != records.end() && stored->second.budget == budget) {
         return stored->second;
     }
-    PanelFitRecord chosen{budget, PanelMetrics::steps.back(), budget - fixedPartOfScrollingPanel};
+    PanelFitRecord record{.budget = budget, .metrics = PanelMetrics::steps.back()};
+    record.scroll = budget - chromeHeight;
     for (const PanelMetrics& step : PanelMetrics::steps) {
         if (measure(step) <= budget) {
-            chosen = {budget, step, std::nullopt};
+            record.metrics = step;
+            record.scroll.reset();
             break;
         }
     }
-    return records[section] = chosen;
+    return records.insert_or_assign(section, record).first->second;
 }
 
 const PanelFitRecord* PanelFit::stored(MonitorSection section) const {
@@ -44,8 +49,9 @@ const PanelFitRecord* PanelFit::stored(MonitorSection section) const {
 
 double availableHeight(MonitorSection section, const PanelBudgetSources& sources) {
     if (sources.environment) {
-        if (auto value = sources.environment("CORVANE_PANEL_BUDGET")) {
-            if (auto budget = parseNumber<double>(*value)) {
+        if (const auto value = sources.environment(budgetVariable)) {
+            // Taken as it is, negative values included: the variable exists to force a fit.
+            if (const auto budget = parseNumber<double>(*value)) {
                 return *budget;
             }
         }
@@ -57,7 +63,10 @@ double availableHeight(MonitorSection section, const PanelBudgetSources& sources
     if (!screenHeight && sources.primaryScreenHeight) {
         screenHeight = sources.primaryScreenHeight();
     }
-    return screenHeight ? *screenHeight - screenMargin : std::numeric_limits<double>::max();
+    if (!screenHeight) {
+        return std::numeric_limits<double>::max();
+    }
+    return *screenHeight - screenMargin;
 }
 
 }  // namespace corvane

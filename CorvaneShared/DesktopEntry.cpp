@@ -43,28 +43,6 @@ std::string unescapedValue(std::string_view value) {
     return result;
 }
 
-std::vector<fs::path> dataDirectories(const Environment& environment) {
-    std::vector<fs::path> directories;
-    const char* dataHome = environment("XDG_DATA_HOME");
-    const char* home = environment("HOME");
-    if (dataHome != nullptr && isAbsolute(dataHome)) {
-        directories.emplace_back(dataHome);
-    } else if (home != nullptr && isAbsolute(home)) {
-        directories.push_back(fs::path(home) / ".local" / "share");
-    }
-    const char* dataDirs = environment("XDG_DATA_DIRS");
-    std::string_view list =
-        dataDirs != nullptr && *dataDirs != '\0' ? dataDirs : "/usr/local/share/:/usr/share/";
-    while (!list.empty()) {
-        const std::size_t end = list.find(':');
-        if (const std::string_view directory = list.substr(0, end); isAbsolute(directory)) {
-            directories.emplace_back(directory);
-        }
-        list = end == std::string_view::npos ? std::string_view() : list.substr(end + 1);
-    }
-    return directories;
-}
-
 struct Token {
     std::string text;
     bool quoted = false;
@@ -147,6 +125,28 @@ void appendExpanded(const Token& token, const DesktopEntry& entry,
 
 }  // namespace
 
+std::vector<fs::path> dataDirectories(const Environment& environment) {
+    std::vector<fs::path> directories;
+    const char* dataHome = environment("XDG_DATA_HOME");
+    const char* home = environment("HOME");
+    if (dataHome != nullptr && isAbsolute(dataHome)) {
+        directories.emplace_back(dataHome);
+    } else if (home != nullptr && isAbsolute(home)) {
+        directories.push_back(fs::path(home) / ".local" / "share");
+    }
+    const char* dataDirs = environment("XDG_DATA_DIRS");
+    std::string_view list =
+        dataDirs != nullptr && *dataDirs != '\0' ? dataDirs : "/usr/local/share/:/usr/share/";
+    while (!list.empty()) {
+        const std::size_t end = list.find(':');
+        if (const std::string_view directory = list.substr(0, end); isAbsolute(directory)) {
+            directories.emplace_back(directory);
+        }
+        list = end == std::string_view::npos ? std::string_view() : list.substr(end + 1);
+    }
+    return directories;
+}
+
 std::optional<fs::path> find(std::string_view identifier, const Environment& environment) {
     const std::string fileName = std::string(identifier) + ".desktop";
     for (const fs::path& directory : dataDirectories(environment)) {
@@ -191,8 +191,14 @@ std::optional<DesktopEntry> read(const fs::path& file) {
             entry.icon = value;
         } else if (key == "Path") {
             entry.workingDirectory = value;
+        } else if (key == "TryExec") {
+            entry.tryExec = value;
+        } else if (key == "StartupWMClass") {
+            entry.startupWMClass = value;
         } else if (key == "Hidden") {
             entry.hidden = value == "true";
+        } else if (key == "NoDisplay") {
+            entry.noDisplay = value == "true";
         }
     }
     return entry;

@@ -21,13 +21,25 @@ struct DesktopEntry {
     std::string icon;
     /// The Path key: the working directory; empty when not given.
     std::string workingDirectory;
+    /// The TryExec key: the program whose presence the entry depends on; empty when not given.
+    std::string tryExec;
+    /// The StartupWMClass key: the window class its main window carries; empty when not given.
+    std::string startupWMClass;
     /// Hidden=true: the entry counts as deleted.
     bool hidden = false;
+    /// NoDisplay=true: the application exists but is left out of menus.
+    bool noDisplay = false;
 };
 
 /// Finding, reading and starting XDG desktop entries (freedesktop.org Desktop Entry 1.5, Base
 /// Directory 0.8). Reads the disk on every call; any thread.
 namespace DesktopEntries {
+
+/// The XDG data directories in the order of precedence: $XDG_DATA_HOME (default
+/// ~/.local/share), then each of $XDG_DATA_DIRS (default /usr/local/share:/usr/share). Relative
+/// directories are left out.
+std::vector<std::filesystem::path> dataDirectories(
+    const SharedSettings::EnvironmentLookup& environment);
 
 /// `<identifier>.desktop` in the first data directory that has it: $XDG_DATA_HOME (default
 /// ~/.local/share), then each of $XDG_DATA_DIRS (default /usr/local/share:/usr/share), each

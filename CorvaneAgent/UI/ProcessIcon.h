@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QRgb>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "CorvaneAgent/ProcessApplications.h"
+#include "CorvaneShared/SharedSettings.h"
+
+namespace corvane {
+
+/// The icons of the process rows: the icon of the desktop application a process belongs to,
+/// else Corvane's "terminal" symbol. Icons are kept by name, so a row drawn on every refresh
+/// loads nothing. Main thread only.
+class ProcessIcon {
+public:
+    explicit ProcessIcon(std::unique_ptr<ProcessApplications> applications);
+    /// Over procfs at `procRoot` and the desktop entries of the XDG data directories that
+    /// `environment` names.
+    ProcessIcon(const std::filesystem::path& procRoot,
+                const SharedSettings::EnvironmentLookup& environment);
+
+    /// The icon of `process`'s application; the "terminal" symbol in `symbolColor` when it has
+    /// none or its icon cannot be found; a null icon when even the symbol is missing.
+    QIcon icon(const ProcessMetric& process, const QColor& symbolColor);
+
+private:
+    const QIcon& terminalSymbol(const QColor& color);
+
+    std::unique_ptr<ProcessApplications> applications;
+    std::map<std::string, QIcon> applicationIcons;
+    std::map<QRgb, QIcon> terminalSymbols;
+};
+
+/// The icon a desktop entry's Icon value names: an image file when it is an absolute path,
+/// else an icon of the desktop's theme (the extension some older entries give is dropped);
+/// null when there is none.
+QIcon applicationIcon(const std::string& iconValue);
+
+}  // namespace corvane

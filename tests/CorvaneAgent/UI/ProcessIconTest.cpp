@@ -1,0 +1,68 @@
+#include "CorvaneAgent/UI/ProcessIcon.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPixmap>
+
+#include "Platform/Linux/LinuxProcessCommands.h"
+
+namespace corvane {
+namespace {
+
+const std::string fixture = CORVANE_FIXTURES "/desktop-apps";
+
+// The colour of the first opaque pixel of the icon drawn 14 pixels square (symbols are drawn in
+// one colour); transparent when it has none.
+QColor inkColour(const QIcon& icon) {
+    const QImage image = icon.pixmap(14, 14).toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y).alpha() == 255) {
+                return image.pixelColor(x, y);
+            }
+        }
+    }
+    return Qt::transparent;
+}
+
+TEST(ProcessIcon, ApplicationIconFromThemeOrFileElseTerminalSymbol) {
+    QIcon::setThemeSearchPaths({QString::fromStdString(fixture + "/icons")});
+    QIcon::setThemeName("hicolor");
+    const QColor tint(10, 200, 30);
+    const QColor editorRed(0xd0, 0x40, 0x20);
+    struct Row {
+        const char* name;
+        std::int32_t pid;
+        const char* processName;
+        QColor ink;
+    };
+    const Row rows[] = {
+        {"theme icon of the matched entry", 105, "editor", editorRed},
+        {"entry whose icon the theme lacks", 104, "x-tool", tint},
+        {"command-line program", 112, "bash", tint},
+        {"process gone", 999, "ghost", tint},
+    };
+    ProcessIcon icons(fixture + "/procfs", [&](const char* name) -> const char* {
+        static const std::string home = fixture + "/home";
+        static const std::string share = fixture + "/share";
+        const std::string_view variable = name;
+        return variable == "XDG_DATA_HOME"   ? home.c_str()
+               : variable == "XDG_DATA_DIRS" ? share.c_str()
+                                             : nullptr;
+    });
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const QIcon icon = icons.icon({.pid = row.pid, .name = row.processName}, tint);
+        ASSERT_FALSE(icon.isNull());
+        EXPECT_EQ(inkColour(icon).rgb(), row.ink.rgb());
+    }
+    EXPECT_FALSE(
+        applicationIcon(fixture + "/icons/hicolor/scalable/apps/example-editor.svg").isNull());
+    EXPECT_FALSE(applicationIcon("example-editor.svg").isNull());
+    EXPECT_TRUE(applicationIcon("/no/such/icon.png").isNull());
+    EXPECT_TRUE(applicationIcon("").isNull());
+}
+
+}  // namespace
+}  // namespace corvane
