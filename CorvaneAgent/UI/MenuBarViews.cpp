@@ -61,7 +61,9 @@ MonitorPopover* makePanel(MonitorSection section, std::unique_ptr<PanelSource> s
     const SettingsStore& settings = environment.units.settings.get();
     PopoverLook look{
         .appearance =
-            [&settings] { return settings.string("popoverAppearance").value_or("system"); },
+            [&settings, forced = environment.appearance] {
+                return forced ? *forced : settings.string("popoverAppearance").value_or("system");
+            },
         .background =
             [&settings] { return settings.string("popoverBackground").value_or("translucent"); },
         .desktopPrefersDark = environment.desktopPrefersDark,

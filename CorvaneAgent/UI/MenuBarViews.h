@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "CorvaneAgent/PanelMetrics.h"
 #include "CorvaneAgent/UI/PanelSource.h"
@@ -37,6 +38,9 @@ struct PanelEnvironment {
     std::function<bool()> desktopPrefersDark = nullptr;
     /// Whether translucent windows are blended (desktopCompositorRunning); absent reads as no.
     std::function<bool()> compositorRunning = nullptr;
+    /// Replaces the stored "popoverAppearance" (pictures drawn in a given scheme); absent in
+    /// the agent.
+    std::optional<std::string> appearance = std::nullopt;
 };
 
 /// The detail panel of `section` in its frame (`MonitorPopover`): 300 points wide, laid out

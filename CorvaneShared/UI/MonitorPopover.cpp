@@ -107,8 +107,8 @@ QWidget* scrolling(QWidget* panel, double height, QWidget* parent) {
 
 MonitorPopover::MonitorPopover(const PopoverTexts& texts, QWidget* panel,
                                std::optional<double> scrollHeight, PopoverActions actions,
-                               PopoverLook look, QWidget* parent)
-    : QWidget(parent), look(std::move(look)), surface(new PopoverSurface(this)) {
+                               PopoverLook panelLook, QWidget* parent)
+    : QWidget(parent), look(std::move(panelLook)), surface(new PopoverSurface(this)) {
     setFixedWidth(width);
     setFont(popoverFont(QApplication::font(), 10));
     auto* outer = new QVBoxLayout(this);
