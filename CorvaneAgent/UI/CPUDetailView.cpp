@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 
 #include "CorvaneAgent/PanelRules.h"
 #include "CorvaneAgent/UI/PanelGraphs.h"
@@ -21,7 +22,6 @@ namespace corvane {
 
 namespace {
 
-constexpr double titleColumn = 52;
 constexpr double valueColumn = 44;
 constexpr double spacing = 6;
 
@@ -51,6 +51,16 @@ void HardwareUtilizationRow::setValue(std::optional<double> updatedFraction,
     fraction = updatedFraction;
     text = updatedText;
     update();
+}
+
+void HardwareUtilizationRow::setTitleWidth(double points) {
+    titleColumn = points;
+    update();
+}
+
+double HardwareUtilizationRow::titleWidthNeeded() const {
+    // Measured in the panel's type even before the row is placed in the panel.
+    return std::ceil(QFontMetricsF(popoverFont(font(), 10)).horizontalAdvance(title));
 }
 
 QSize HardwareUtilizationRow::sizeHint() const {
@@ -157,6 +167,15 @@ CPUDetailView::CPUDetailView(std::unique_ptr<PanelSource> panelSource, PanelCont
         chip->add(new HardwareUtilizationRow(context.text("GPU"), PopoverHue::purple, chip));
     auto* memoryRow =
         chip->add(new HardwareUtilizationRow(context.text("Memory"), PopoverHue::green, chip));
+    // The bars start together after the longest title, which may take at most a third.
+    const double titleWidth =
+        std::clamp(std::max({cpuRow->titleWidthNeeded(), gpuRow->titleWidthNeeded(),
+                             memoryRow->titleWidthNeeded()}) +
+                       4,
+                   40.0, 92.0);
+    for (HardwareUtilizationRow* row : {cpuRow, gpuRow, memoryRow}) {
+        row->setTitleWidth(titleWidth);
+    }
     follow({MonitorField::chipName},
            [this, chip] { chip->setTitle(QString::fromUtf8(model().chipName.c_str()).toUpper()); });
     follow({MonitorField::cpuUsage},

@@ -17,6 +17,10 @@ class HardwareUtilizationRow final : public QWidget {
 public:
     HardwareUtilizationRow(QString title, PopoverHue hue, QWidget* parent = nullptr);
     void setValue(std::optional<double> fraction, const QString& text);
+    /// Lines up the bars of rows whose titles differ in length.
+    void setTitleWidth(double points);
+    /// The width the title needs, in points.
+    double titleWidthNeeded() const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -27,6 +31,7 @@ protected:
 private:
     QString title;
     PopoverHue hue;
+    double titleColumn = 52;
     std::optional<double> fraction;
     QString text;
 };

@@ -1,10 +1,11 @@
 #include "CorvaneShared/UI/MonitorPopover.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QScrollArea>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -21,20 +22,22 @@ namespace corvane {
 namespace {
 
 // A flat footer button: an optional symbol and a label in the text colour, no frame.
-class FooterButton final : public QToolButton {
+class FooterButton final : public QAbstractButton {
 public:
     FooterButton(const QString& text, std::string symbol, QWidget* parent)
-        : QToolButton(parent), symbol(std::move(symbol)) {
+        : QAbstractButton(parent), symbol(std::move(symbol)) {
         setText(text);
-        setAutoRaise(true);
         setCursor(Qt::PointingHandCursor);
         setFocusPolicy(Qt::NoFocus);
+        setAttribute(Qt::WA_Hover);
     }
     QSize sizeHint() const override {
-        const QFontMetrics metrics(font());
         const int symbolWidth = symbol.empty() ? 0 : 16;
-        return {symbolWidth + metrics.horizontalAdvance(text()) + 8, 22};
+        const auto textWidth =
+            static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text())));
+        return {symbolWidth + textWidth + 8, 22};
     }
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -68,7 +71,7 @@ QWidget* footer(const PopoverTexts& texts, const PopoverActions& actions, QWidge
     auto* settings = new FooterButton(texts.settings, "gearshape", row);
     auto* quit = new FooterButton(texts.quit, "", row);
     // Close first, so the popover is gone before the settings window comes up.
-    QObject::connect(settings, &QToolButton::clicked, row, [actions] {
+    QObject::connect(settings, &QAbstractButton::clicked, row, [actions] {
         if (actions.requestClose) {
             actions.requestClose();
         }
@@ -76,7 +79,7 @@ QWidget* footer(const PopoverTexts& texts, const PopoverActions& actions, QWidge
             actions.openSettings();
         }
     });
-    QObject::connect(quit, &QToolButton::clicked, row, [actions] {
+    QObject::connect(quit, &QAbstractButton::clicked, row, [actions] {
         if (actions.quit) {
             actions.quit();
         }
