@@ -63,7 +63,7 @@ bool savePNG(const QImage& image, const fs::path& path) {
 }
 
 QImage renderPanel(MonitorPopover& panel) {
-    const QSize size(MonitorPopover::width, panel.heightForWidth(MonitorPopover::width));
+    const QSize size(MonitorPopover::panelWidth, panel.heightForWidth(MonitorPopover::panelWidth));
     panel.resize(size);
     QImage image(size * renderRatio, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(renderRatio);
@@ -108,7 +108,7 @@ std::optional<nlohmann::ordered_json> writePanels(const fs::path& directory, Sys
         const auto measure = [&](const PanelMetrics& metrics) {
             std::unique_ptr<MonitorPopover> panel(
                 makePanel(section, monitor, metrics, std::nullopt, {}, environment));
-            return static_cast<double>(panel->heightForWidth(MonitorPopover::width));
+            return static_cast<double>(panel->heightForWidth(MonitorPopover::panelWidth));
         };
         const double budget = availableHeight(section, budgetSources);
         const PanelFitRecord record = fit.fit(section, budget, measure);

@@ -112,7 +112,7 @@ MonitorPopover::MonitorPopover(const PopoverTexts& texts, QWidget* panel,
                                std::optional<double> scrollHeight, PopoverActions actions,
                                PopoverLook panelLook, QWidget* parent)
     : QWidget(parent), look(std::move(panelLook)), surface(new PopoverSurface(this)) {
-    setFixedWidth(width);
+    setFixedWidth(panelWidth);
     setFont(popoverFont(QApplication::font(), 10));
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
@@ -145,11 +145,19 @@ bool MonitorPopover::wantsTranslucentWindow() const {
 }
 
 int MonitorPopover::heightForWidth(int) const {
+    // Sections come and go with the model also while the panel is not shown, when no layout
+    // request runs to refresh the sizes the layouts keep: measure afresh.
+    for (QWidget* part : findChildren<QWidget*>()) {
+        part->updateGeometry();
+    }
+    for (QLayout* inner : findChildren<QLayout*>()) {
+        inner->invalidate();
+    }
     return layout()->sizeHint().height();
 }
 
 QSize MonitorPopover::sizeHint() const {
-    return {width, heightForWidth(width)};
+    return {panelWidth, heightForWidth(panelWidth)};
 }
 
 }  // namespace corvane

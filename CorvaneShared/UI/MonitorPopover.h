@@ -49,7 +49,7 @@ struct PopoverTexts {
 /// natural height. Main thread only.
 class MonitorPopover final : public QWidget {
 public:
-    static constexpr int width = 300;
+    static constexpr int panelWidth = 300;
 
     /// Takes over `panel`.
     MonitorPopover(const PopoverTexts& texts, QWidget* panel, std::optional<double> scrollHeight,
