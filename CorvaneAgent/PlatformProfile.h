@@ -10,10 +10,14 @@ struct PlatformProfile {
     std::string fallbackChipName;
     /// The start-up volume's name before it is read, or when the system gives none.
     std::string defaultVolumeName;
+    /// The sensors panel's line when no temperature could be read: names where Corvane looked.
+    std::string noTemperatureSensors;
 
-    /// The texts of a Linux desktop: GTK's name for the root file system, and a plain word for
-    /// a processor the kernel does not name.
-    static PlatformProfile linuxDesktop() { return {"Processor", "File System"}; }
+    /// The texts of a Linux desktop: GTK's name for the root file system, a plain word for a
+    /// processor the kernel does not name, and the kernel's sensor interfaces.
+    static PlatformProfile linuxDesktop() {
+        return {"Processor", "File System", "No readable hwmon, thermal zone or applesmc sensors"};
+    }
 };
 
 }  // namespace corvane

@@ -123,6 +123,9 @@ public:
                                    static_cast<int>(published.coreUsages.size()));
     }
 
+    /// The processor's performance levels, fastest first; empty on a homogeneous CPU.
+    const std::vector<CoreTier>& coreTiers() const { return services.coreTiers; }
+
     // MenuBarReadings
     double cpuUsage() const override { return published.cpuUsage; }
     const std::vector<double>& coreUsages() const override { return published.coreUsages; }

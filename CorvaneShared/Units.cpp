@@ -4,10 +4,13 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 #include <unicode/locid.h>
+#include <unicode/measfmt.h>
 #include <unicode/measunit.h>
+#include <unicode/measure.h>
 #include <unicode/numberformatter.h>
 
 #include "CorvaneShared/AppLanguage.h"
@@ -43,11 +46,23 @@ std::string wholeNumberText(double value) {
     return error == std::errc{} ? std::string(buffer, end) : std::string();
 }
 
-icu::number::LocalizedNumberFormatter formatterFor(const UnitSources& sources) {
+icu::Locale localeFor(const UnitSources& sources) {
     UErrorCode status = U_ZERO_ERROR;
     icu::Locale locale = icu::Locale::forLanguageTag(Units::displayLocale(sources), status);
-    return icu::number::NumberFormatter::withLocale(U_SUCCESS(status) ? locale
-                                                                      : icu::Locale::getEnglish());
+    return U_SUCCESS(status) ? locale : icu::Locale::getEnglish();
+}
+
+icu::number::LocalizedNumberFormatter formatterFor(const UnitSources& sources) {
+    return icu::number::NumberFormatter::withLocale(localeFor(sources));
+}
+
+icu::number::LocalizedNumberFormatter measurementFormatter(const UnitSources& sources,
+                                                           const icu::MeasureUnit& unit,
+                                                           int fractionDigits) {
+    return formatterFor(sources)
+        .unit(unit)
+        .unitWidth(UNUM_UNIT_WIDTH_SHORT)
+        .precision(icu::number::Precision::fixedFraction(fractionDigits));
 }
 
 // Empty only when ICU cannot format at all (out of memory).
@@ -131,6 +146,54 @@ std::string rpm(double revolutionsPerMinute, const UnitSources& sources) {
         at = text.find(placeholder);
     }
     return text.replace(at, placeholder.size(), formatted(formatter, revolutionsPerMinute));
+}
+
+std::string percent(double fraction, const UnitSources& sources) {
+    auto formatter = formatterFor(sources)
+                         .unit(icu::MeasureUnit::getPercent())
+                         .scale(icu::number::Scale::powerOfTen(2))
+                         .precision(icu::number::Precision::integer());
+    return formatted(formatter, std::isfinite(fraction) ? fraction : 0.0);
+}
+
+std::string number(double value, int fractionDigits, const UnitSources& sources) {
+    auto formatter = formatterFor(sources).precision(
+        icu::number::Precision::fixedFraction(std::max(0, fractionDigits)));
+    return formatted(formatter, value);
+}
+
+std::string volts(double value, const UnitSources& sources) {
+    return formatted(measurementFormatter(sources, icu::MeasureUnit::getVolt(), 2), value);
+}
+
+std::string watts(double value, const UnitSources& sources) {
+    return formatted(measurementFormatter(sources, icu::MeasureUnit::getWatt(), 1), value);
+}
+
+std::string duration(double seconds, const UnitSources& sources) {
+    // Whole minutes, so that the text changes once a minute and not with every refresh.
+    const double clamped = std::isfinite(seconds) && seconds > 0 ? seconds : 0.0;
+    const auto minutes = static_cast<std::int64_t>(std::min(clamped / 60, 1e15));
+    const std::int64_t days = minutes / (24 * 60);
+    const std::int64_t hours = minutes / 60 % 24;
+    UErrorCode status = U_ZERO_ERROR;
+    icu::MeasureFormat format(localeFor(sources), UMEASFMT_WIDTH_SHORT, status);
+    icu::Measure parts[3] = {
+        {icu::Formattable(static_cast<double>(days)), icu::MeasureUnit::createDay(status), status},
+        {icu::Formattable(static_cast<double>(hours)), icu::MeasureUnit::createHour(status),
+         status},
+        {icu::Formattable(static_cast<double>(minutes % 60)),
+         icu::MeasureUnit::createMinute(status), status},
+    };
+    const int first = days > 0 ? 0 : hours > 0 ? 1 : 2;
+    icu::UnicodeString text;
+    icu::FieldPosition position;
+    format.formatMeasures(parts + first, 3 - first, text, position, status);
+    std::string utf8;
+    if (U_SUCCESS(status)) {
+        text.toUTF8String(utf8);
+    }
+    return utf8;
 }
 
 std::string degreesText(double degrees) {

@@ -66,6 +66,19 @@ std::string temperature(double celsius, int fraction, const UnitSources& sources
 /// "%@ RPM" template.
 std::string rpm(double revolutionsPerMinute, const UnitSources& sources);
 
+/// `fraction` as a whole percentage in the display locale's percent style ("63%", "63 %" in
+/// German); a value that is not a number reads as 0.
+std::string percent(double fraction, const UnitSources& sources);
+/// `value` with exactly `fractionDigits` fractional digits in the display locale, grouped.
+std::string number(double value, int fractionDigits, const UnitSources& sources);
+/// Volts with two fractional digits and the abbreviated unit ("12.45 V").
+std::string volts(double value, const UnitSources& sources);
+/// Watts with one fractional digit and the abbreviated unit ("7.3 W").
+std::string watts(double value, const UnitSources& sources);
+/// A span of `seconds` in whole days, hours and minutes with abbreviated units, leaving out
+/// leading units that are zero ("2 days, 3 hr, 5 min"); negative or non-finite spans read as 0.
+std::string duration(double seconds, const UnitSources& sources);
+
 /// The compact form of `degrees` for a value already in its unit.
 std::string degreesText(double degrees);
 /// The meters' percentage: `fraction` clamped to 0...1, as a whole percent (halves away from

@@ -1,7 +1,9 @@
 #include "CorvaneAgent/Program/RenderSession.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QImage>
+#include <QPainter>
+#include <QScreen>
 #include <QString>
 
 #include <unistd.h>
@@ -10,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <system_error>
 
@@ -17,8 +20,10 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MenuBarMeter.h"
+#include "CorvaneAgent/PanelMetrics.h"
 #include "CorvaneAgent/Program/HeadlessSession.h"
 #include "CorvaneAgent/SystemMonitor.h"
+#include "CorvaneAgent/UI/MenuBarViews.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/MeterSettings.h"
 #include "CorvaneShared/UI/StatusMetricView.h"
@@ -57,6 +62,80 @@ bool savePNG(const QImage& image, const fs::path& path) {
     return image.save(QString::fromStdString(path.string()), "PNG");
 }
 
+QImage renderPanel(MonitorPopover& panel) {
+    const QSize size(MonitorPopover::panelWidth, panel.heightForWidth(MonitorPopover::panelWidth));
+    panel.resize(size);
+    QImage image(size * renderRatio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(renderRatio);
+    image.fill(Qt::transparent);
+    panel.render(&image);
+    return image;
+}
+
+// 1 to 4: which of the densities the fit chose.
+int stepNumber(const PanelMetrics& metrics) {
+    for (std::size_t index = 0; index < PanelMetrics::steps.size(); ++index) {
+        if (PanelMetrics::steps[index] == metrics) {
+            return static_cast<int>(index) + 1;
+        }
+    }
+    return 0;
+}
+
+// Each section's panel fitted to the budget as an opening would fit it, drawn dark and light,
+// with the fit and the natural height of the chosen step.
+std::optional<nlohmann::ordered_json> writePanels(const fs::path& directory, SystemMonitor& model,
+                                                  SettingsStore& settings,
+                                                  const AppLanguage& language) {
+    PanelEnvironment environment{.units = unitSources(settings, language, &std::getenv)};
+    const PanelBudgetSources budgetSources{
+        .environment = [](const char* name) -> std::optional<std::string> {
+            const char* value = std::getenv(name);
+            return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+        },
+        .itemScreenHeight = nullptr,
+        .primaryScreenHeight = []() -> std::optional<double> {
+            const QScreen* screen = QGuiApplication::primaryScreen();
+            return screen != nullptr ? std::optional<double>(screen->availableGeometry().height())
+                                     : std::nullopt;
+        },
+    };
+    const std::shared_ptr<SystemMonitor> monitor = model.shared_from_this();
+    PanelFit fit;
+    nlohmann::ordered_json panels = nlohmann::ordered_json::object();
+    for (MonitorSection section : {MonitorSection::cpu, MonitorSection::memory,
+                                   MonitorSection::storage, MonitorSection::sensors}) {
+        const auto measure = [&](const PanelMetrics& metrics) {
+            std::unique_ptr<MonitorPopover> panel(
+                makePanel(section, monitor, metrics, std::nullopt, {}, environment));
+            return static_cast<double>(panel->heightForWidth(MonitorPopover::panelWidth));
+        };
+        const double budget = availableHeight(section, budgetSources);
+        const PanelFitRecord record = fit.fit(section, budget, measure);
+        const std::string key(sectionKey(section));
+        for (const char* scheme : {"dark", "light"}) {
+            environment.appearance = scheme;
+            std::unique_ptr<MonitorPopover> panel(
+                makePanel(section, monitor, record.metrics, record.scroll, {}, environment));
+            const fs::path path =
+                directory /
+                ("panel-" + key + (scheme == std::string("dark") ? "" : "-light") + ".png");
+            if (!savePNG(renderPanel(*panel), path)) {
+                failWith("cannot write '" + path.string() + "'");
+                return std::nullopt;
+            }
+        }
+        environment.appearance.reset();
+        panels[key] = {
+            {"step", stepNumber(record.metrics)},
+            {"scroll", record.scroll ? nlohmann::ordered_json(*record.scroll) : nullptr},
+            {"naturalHeight", measure(record.metrics)},
+            {"budget", budget},
+        };
+    }
+    return panels;
+}
+
 int writeMeters(const fs::path& directory, SystemMonitor& model, SettingsStore& settings,
                 const AppLanguage& language) {
     MeterSources sources{
@@ -91,7 +170,13 @@ int writeMeters(const fs::path& directory, SystemMonitor& model, SettingsStore& 
             {"imageHeight", image.height()},
         };
     }
-    const nlohmann::ordered_json layout = {{"devicePixelRatio", renderRatio}, {"meters", meters}};
+    const std::optional<nlohmann::ordered_json> panels =
+        writePanels(directory, model, settings, language);
+    if (!panels) {
+        return 2;
+    }
+    const nlohmann::ordered_json layout = {
+        {"devicePixelRatio", renderRatio}, {"meters", meters}, {"panels", *panels}};
     const fs::path layoutPath = directory / "layout.json";
     std::ofstream file(layoutPath);
     file << layout.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
@@ -112,7 +197,8 @@ int runRender(int& argc, char** argv, const AgentOptions& options, const AppLang
     if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
     }
-    QGuiApplication application(argc, argv);
+    // The panels are widgets, which need the widget application.
+    QApplication application(argc, argv);
     return runHeadless(options, language, [&](SystemMonitor& model, SettingsStore& settings) {
         return writeMeters(options.renderDirectory, model, settings, language);
     });

@@ -128,5 +128,241 @@
         <source>OK</source>
         <translation>OK</translation>
     </message>
+    <message>
+        <source>%@ free</source>
+        <translation>%@ frei</translation>
+    </message>
+    <message>
+        <source>%@ of %@</source>
+        <translation>%@ von %@</translation>
+    </message>
+    <message>
+        <source>1 min</source>
+        <translation>1 Min.</translation>
+    </message>
+    <message>
+        <source>15 min</source>
+        <translation>15 Min.</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 Min.</translation>
+    </message>
+    <message>
+        <source>Active</source>
+        <translation>Aktiv</translation>
+    </message>
+    <message>
+        <source>App Memory</source>
+        <translation>App-Speicher</translation>
+    </message>
+    <message>
+        <source>Available</source>
+        <translation>Verfügbar</translation>
+    </message>
+    <message>
+        <source>BATTERY</source>
+        <translation>BATTERIE</translation>
+    </message>
+    <message>
+        <source>Cache</source>
+        <translation>Cache</translation>
+    </message>
+    <message>
+        <source>Capacity</source>
+        <translation>Kapazität</translation>
+    </message>
+    <message>
+        <source>Charge</source>
+        <translation>Ladung</translation>
+    </message>
+    <message>
+        <source>Charging</source>
+        <translation>Wird geladen</translation>
+    </message>
+    <message>
+        <source>Compressed</source>
+        <translation>Komprimiert</translation>
+    </message>
+    <message>
+        <source>Cores</source>
+        <translation>Kerne</translation>
+    </message>
+    <message>
+        <source>Cycles</source>
+        <translation>Zyklen</translation>
+    </message>
+    <message>
+        <source>DISK</source>
+        <translation>FESTPLATTE</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Gerät</translation>
+    </message>
+    <message>
+        <source>Discharging</source>
+        <translation>Wird entladen</translation>
+    </message>
+    <message>
+        <source>Draw</source>
+        <translation>Verbrauch</translation>
+    </message>
+    <message>
+        <source>FANS</source>
+        <translation>LÜFTER</translation>
+    </message>
+    <message>
+        <source>Fan %lld</source>
+        <translation>Lüfter %lld</translation>
+    </message>
+    <message>
+        <source>Fully Charged</source>
+        <translation>Vollständig geladen</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Idle</source>
+        <translation>Leerlauf</translation>
+    </message>
+    <message>
+        <source>LOAD AVERAGE</source>
+        <translation>DURCHSCHNITTLICHE LAST</translation>
+    </message>
+    <message>
+        <source>MEMORY</source>
+        <translation>ARBEITSSPEICHER</translation>
+    </message>
+    <message>
+        <source>Memory Used</source>
+        <translation>Belegter Speicher</translation>
+    </message>
+    <message>
+        <source>Memory in use</source>
+        <translation>Belegter Speicher</translation>
+    </message>
+    <message>
+        <source>No readable hwmon, thermal zone or applesmc sensors</source>
+        <translation>Keine lesbaren Sensoren in hwmon, Thermal Zones oder applesmc</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>PAGES</source>
+        <translation>SEITEN</translation>
+    </message>
+    <message>
+        <source>POWER</source>
+        <translation>STROM</translation>
+    </message>
+    <message>
+        <source>PRESSURE</source>
+        <translation>DRUCK</translation>
+    </message>
+    <message>
+        <source>PROCESSES</source>
+        <translation>PROZESSE</translation>
+    </message>
+    <message>
+        <source>Page Ins</source>
+        <translation>Eingelagert</translation>
+    </message>
+    <message>
+        <source>Page Outs</source>
+        <translation>Ausgelagert</translation>
+    </message>
+    <message>
+        <source>Peak %@ of %@ cores</source>
+        <translation>Spitze %@ von %@ Kernen</translation>
+    </message>
+    <message>
+        <source>Power</source>
+        <translation>Leistung</translation>
+    </message>
+    <message>
+        <source>Power Adapter</source>
+        <translation>Netzteil</translation>
+    </message>
+    <message>
+        <source>Pressure</source>
+        <translation>Druck</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Lesen</translation>
+    </message>
+    <message>
+        <source>Renderer</source>
+        <translation>Renderer</translation>
+    </message>
+    <message>
+        <source>SWAP MEMORY</source>
+        <translation>AUSLAGERUNG</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>TEMPERATURES</source>
+        <translation>TEMPERATUREN</translation>
+    </message>
+    <message>
+        <source>THERMAL STATE</source>
+        <translation>THERMISCHER ZUSTAND</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>Tiler</source>
+        <translation>Tiler</translation>
+    </message>
+    <message>
+        <source>Time Left</source>
+        <translation>Restzeit</translation>
+    </message>
+    <message>
+        <source>USAGE</source>
+        <translation>AUSLASTUNG</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Uptime</source>
+        <translation>Betriebszeit</translation>
+    </message>
+    <message>
+        <source>Used</source>
+        <translation>Belegt</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>Voltage</source>
+        <translation>Spannung</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Wired</source>
+        <translation>Fest</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>Schreiben</translation>
+    </message>
 </context>
 </TS>

@@ -128,5 +128,241 @@
         <source>OK</source>
         <translation>Aceptar</translation>
     </message>
+    <message>
+        <source>%@ free</source>
+        <translation>%@ libres</translation>
+    </message>
+    <message>
+        <source>%@ of %@</source>
+        <translation>%@ de %@</translation>
+    </message>
+    <message>
+        <source>1 min</source>
+        <translation>1 min</translation>
+    </message>
+    <message>
+        <source>15 min</source>
+        <translation>15 min</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 min</translation>
+    </message>
+    <message>
+        <source>Active</source>
+        <translation>Activa</translation>
+    </message>
+    <message>
+        <source>App Memory</source>
+        <translation>Memoria de apps</translation>
+    </message>
+    <message>
+        <source>Available</source>
+        <translation>Disponible</translation>
+    </message>
+    <message>
+        <source>BATTERY</source>
+        <translation>BATERÍA</translation>
+    </message>
+    <message>
+        <source>Cache</source>
+        <translation>Caché</translation>
+    </message>
+    <message>
+        <source>Capacity</source>
+        <translation>Capacidad</translation>
+    </message>
+    <message>
+        <source>Charge</source>
+        <translation>Carga</translation>
+    </message>
+    <message>
+        <source>Charging</source>
+        <translation>Cargando</translation>
+    </message>
+    <message>
+        <source>Compressed</source>
+        <translation>Comprimida</translation>
+    </message>
+    <message>
+        <source>Cores</source>
+        <translation>Núcleos</translation>
+    </message>
+    <message>
+        <source>Cycles</source>
+        <translation>Ciclos</translation>
+    </message>
+    <message>
+        <source>DISK</source>
+        <translation>DISCO</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Dispositivo</translation>
+    </message>
+    <message>
+        <source>Discharging</source>
+        <translation>Descargando</translation>
+    </message>
+    <message>
+        <source>Draw</source>
+        <translation>Consumo</translation>
+    </message>
+    <message>
+        <source>FANS</source>
+        <translation>VENTILADORES</translation>
+    </message>
+    <message>
+        <source>Fan %lld</source>
+        <translation>Ventilador %lld</translation>
+    </message>
+    <message>
+        <source>Fully Charged</source>
+        <translation>Carga completa</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Salud</translation>
+    </message>
+    <message>
+        <source>Idle</source>
+        <translation>Inactivo</translation>
+    </message>
+    <message>
+        <source>LOAD AVERAGE</source>
+        <translation>CARGA MEDIA</translation>
+    </message>
+    <message>
+        <source>MEMORY</source>
+        <translation>MEMORIA</translation>
+    </message>
+    <message>
+        <source>Memory Used</source>
+        <translation>Memoria usada</translation>
+    </message>
+    <message>
+        <source>Memory in use</source>
+        <translation>Memoria en uso</translation>
+    </message>
+    <message>
+        <source>No readable hwmon, thermal zone or applesmc sensors</source>
+        <translation>No hay sensores legibles en hwmon, zonas térmicas ni applesmc</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>PAGES</source>
+        <translation>PÁGINAS</translation>
+    </message>
+    <message>
+        <source>POWER</source>
+        <translation>ENERGÍA</translation>
+    </message>
+    <message>
+        <source>PRESSURE</source>
+        <translation>PRESIÓN</translation>
+    </message>
+    <message>
+        <source>PROCESSES</source>
+        <translation>PROCESOS</translation>
+    </message>
+    <message>
+        <source>Page Ins</source>
+        <translation>Entradas de página</translation>
+    </message>
+    <message>
+        <source>Page Outs</source>
+        <translation>Salidas de página</translation>
+    </message>
+    <message>
+        <source>Peak %@ of %@ cores</source>
+        <translation>Pico %@ de %@ núcleos</translation>
+    </message>
+    <message>
+        <source>Power</source>
+        <translation>Potencia</translation>
+    </message>
+    <message>
+        <source>Power Adapter</source>
+        <translation>Adaptador de corriente</translation>
+    </message>
+    <message>
+        <source>Pressure</source>
+        <translation>Presión</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Lectura</translation>
+    </message>
+    <message>
+        <source>Renderer</source>
+        <translation>Renderizador</translation>
+    </message>
+    <message>
+        <source>SWAP MEMORY</source>
+        <translation>MEMORIA DE INTERCAMBIO</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Estado</translation>
+    </message>
+    <message>
+        <source>TEMPERATURES</source>
+        <translation>TEMPERATURAS</translation>
+    </message>
+    <message>
+        <source>THERMAL STATE</source>
+        <translation>ESTADO TÉRMICO</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatura</translation>
+    </message>
+    <message>
+        <source>Tiler</source>
+        <translation>Tiler</translation>
+    </message>
+    <message>
+        <source>Time Left</source>
+        <translation>Tiempo restante</translation>
+    </message>
+    <message>
+        <source>USAGE</source>
+        <translation>USO</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>No disponible</translation>
+    </message>
+    <message>
+        <source>Uptime</source>
+        <translation>Tiempo activo</translation>
+    </message>
+    <message>
+        <source>Used</source>
+        <translation>Usado</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Usuario</translation>
+    </message>
+    <message>
+        <source>Voltage</source>
+        <translation>Voltaje</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Advertencia</translation>
+    </message>
+    <message>
+        <source>Wired</source>
+        <translation>Fija</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>Escritura</translation>
+    </message>
 </context>
 </TS>

@@ -128,5 +128,241 @@
         <source>OK</source>
         <translation>OK</translation>
     </message>
+    <message>
+        <source>%@ free</source>
+        <translation>%@ disponibles</translation>
+    </message>
+    <message>
+        <source>%@ of %@</source>
+        <translation>%@ sur %@</translation>
+    </message>
+    <message>
+        <source>1 min</source>
+        <translation>1 min</translation>
+    </message>
+    <message>
+        <source>15 min</source>
+        <translation>15 min</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 min</translation>
+    </message>
+    <message>
+        <source>Active</source>
+        <translation>Active</translation>
+    </message>
+    <message>
+        <source>App Memory</source>
+        <translation>Mémoire des apps</translation>
+    </message>
+    <message>
+        <source>Available</source>
+        <translation>Disponible</translation>
+    </message>
+    <message>
+        <source>BATTERY</source>
+        <translation>BATTERIE</translation>
+    </message>
+    <message>
+        <source>Cache</source>
+        <translation>Cache</translation>
+    </message>
+    <message>
+        <source>Capacity</source>
+        <translation>Capacité</translation>
+    </message>
+    <message>
+        <source>Charge</source>
+        <translation>Charge</translation>
+    </message>
+    <message>
+        <source>Charging</source>
+        <translation>En charge</translation>
+    </message>
+    <message>
+        <source>Compressed</source>
+        <translation>Compressée</translation>
+    </message>
+    <message>
+        <source>Cores</source>
+        <translation>Cœurs</translation>
+    </message>
+    <message>
+        <source>Cycles</source>
+        <translation>Cycles</translation>
+    </message>
+    <message>
+        <source>DISK</source>
+        <translation>DISQUE</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Appareil</translation>
+    </message>
+    <message>
+        <source>Discharging</source>
+        <translation>En décharge</translation>
+    </message>
+    <message>
+        <source>Draw</source>
+        <translation>Consommation</translation>
+    </message>
+    <message>
+        <source>FANS</source>
+        <translation>VENTILATEURS</translation>
+    </message>
+    <message>
+        <source>Fan %lld</source>
+        <translation>Ventilateur %lld</translation>
+    </message>
+    <message>
+        <source>Fully Charged</source>
+        <translation>Chargée</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>État</translation>
+    </message>
+    <message>
+        <source>Idle</source>
+        <translation>Inactif</translation>
+    </message>
+    <message>
+        <source>LOAD AVERAGE</source>
+        <translation>CHARGE MOYENNE</translation>
+    </message>
+    <message>
+        <source>MEMORY</source>
+        <translation>MÉMOIRE</translation>
+    </message>
+    <message>
+        <source>Memory Used</source>
+        <translation>Mémoire utilisée</translation>
+    </message>
+    <message>
+        <source>Memory in use</source>
+        <translation>Mémoire utilisée</translation>
+    </message>
+    <message>
+        <source>No readable hwmon, thermal zone or applesmc sensors</source>
+        <translation>Aucun capteur lisible dans hwmon, les zones thermiques ou applesmc</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normale</translation>
+    </message>
+    <message>
+        <source>PAGES</source>
+        <translation>PAGES</translation>
+    </message>
+    <message>
+        <source>POWER</source>
+        <translation>ALIMENTATION</translation>
+    </message>
+    <message>
+        <source>PRESSURE</source>
+        <translation>PRESSION</translation>
+    </message>
+    <message>
+        <source>PROCESSES</source>
+        <translation>PROCESSUS</translation>
+    </message>
+    <message>
+        <source>Page Ins</source>
+        <translation>Pages entrantes</translation>
+    </message>
+    <message>
+        <source>Page Outs</source>
+        <translation>Pages sortantes</translation>
+    </message>
+    <message>
+        <source>Peak %@ of %@ cores</source>
+        <translation>Pic %@ sur %@ cœurs</translation>
+    </message>
+    <message>
+        <source>Power</source>
+        <translation>Puissance</translation>
+    </message>
+    <message>
+        <source>Power Adapter</source>
+        <translation>Adaptateur secteur</translation>
+    </message>
+    <message>
+        <source>Pressure</source>
+        <translation>Pression</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Lecture</translation>
+    </message>
+    <message>
+        <source>Renderer</source>
+        <translation>Rendu</translation>
+    </message>
+    <message>
+        <source>SWAP MEMORY</source>
+        <translation>MÉMOIRE D’ÉCHANGE</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Statut</translation>
+    </message>
+    <message>
+        <source>TEMPERATURES</source>
+        <translation>TEMPÉRATURES</translation>
+    </message>
+    <message>
+        <source>THERMAL STATE</source>
+        <translation>ÉTAT THERMIQUE</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Température</translation>
+    </message>
+    <message>
+        <source>Tiler</source>
+        <translation>Tiler</translation>
+    </message>
+    <message>
+        <source>Time Left</source>
+        <translation>Temps restant</translation>
+    </message>
+    <message>
+        <source>USAGE</source>
+        <translation>UTILISATION</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Indisponible</translation>
+    </message>
+    <message>
+        <source>Uptime</source>
+        <translation>Temps de fonctionnement</translation>
+    </message>
+    <message>
+        <source>Used</source>
+        <translation>Utilisé</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Utilisateur</translation>
+    </message>
+    <message>
+        <source>Voltage</source>
+        <translation>Tension</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Avertissement</translation>
+    </message>
+    <message>
+        <source>Wired</source>
+        <translation>Résidente</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>Écriture</translation>
+    </message>
 </context>
 </TS>

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
 #include <string>
 #include <vector>
@@ -84,6 +85,37 @@ TEST(Units, FormatsInTheDisplayLocale) {
         EXPECT_EQ(Units::temperature(52.4, 1, sources), row.temperature);
         EXPECT_EQ(Units::rpm(2500, sources), row.rpm);
     }
+}
+
+TEST(Units, PanelMeasurementsInTheDisplayLocale) {
+    struct Row {
+        const char* language;
+        const char* posixLocale;
+        const char* percent;
+        const char* watts;
+        const char* volts;
+        const char* uptime;
+        const char* minutes;
+    };
+    const std::vector<Row> rows = {
+        {"en", "en_US.UTF-8", "63%", "7.3 W", "12.45 V", "3 days, 4 hr, 5 min", "7 min"},
+        {"de", "de_DE.UTF-8", "63\u00a0%", "7,3 W", "12,45 V", "3 Tg., 4 Std. und 5 Min.",
+         "7 Min."},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.language);
+        UnitsFixture fixture{InMemorySettingsStore(), row.language, {{"LANG", row.posixLocale}}};
+        const UnitSources sources = fixture.sources();
+        EXPECT_EQ(Units::percent(0.634, sources), row.percent);
+        EXPECT_EQ(Units::watts(7.26, sources), row.watts);
+        EXPECT_EQ(Units::volts(12.449, sources), row.volts);
+        // Whole minutes; leading units that are zero are left out, inner ones are not.
+        EXPECT_EQ(Units::duration(((3 * 24 + 4) * 60 + 5) * 60 + 59, sources), row.uptime);
+        EXPECT_EQ(Units::duration(7 * 60, sources), row.minutes);
+    }
+    UnitsFixture english{InMemorySettingsStore(), "en", {{"LANG", "en_US.UTF-8"}}};
+    EXPECT_EQ(Units::duration(-5, english.sources()), "0 min");
+    EXPECT_EQ(Units::percent(std::nan(""), english.sources()), "0%");
 }
 
 TEST(Units, WholeNumbersRoundHalvesAwayFromZero) {

@@ -329,6 +329,45 @@ TEST_F(AgentProgramTest, RenderDrawsEveryShownMeterAndItsLayout) {
     }
 }
 
+TEST_F(AgentProgramTest, RenderFitsEveryPanelToTheBudget) {
+    struct Row {
+        const char* budget;
+        int step;
+        std::optional<double> scroll;
+    };
+    // A panel taller than 200 at every step scrolls in the budget less header and footer.
+    const Row rows[] = {{"100000", 1, std::nullopt}, {"200", 4, 126.0}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.budget);
+        const fs::path directory = configHome / "render" / "panels";
+        fs::remove_all(directory);
+        ProgramRun run = runCommand(std::string("CORVANE_PANEL_BUDGET=") + row.budget + " " +
+                                        CORVANE_AGENT_PROGRAM + " --render " + directory.string() +
+                                        " --open sensors --refreshes 1 --interval 0.01 " +
+                                        rootsOf("intel-laptop-hybrid"),
+                                    configHome / "stderr");
+        ASSERT_EQ(run.status, 0) << run.errors;
+        const auto layout =
+            json::parse(corvane::testing::readAll(directory / "layout.json"), nullptr, false);
+        for (const char* section : {"cpu", "memory", "storage", "sensors"}) {
+            const json& panel = layout["panels"][section];
+            EXPECT_EQ(panel["step"], row.step) << section;
+            EXPECT_EQ(panel["scroll"].is_null() ? std::nullopt
+                                                : std::optional(panel["scroll"].get<double>()),
+                      row.scroll)
+                << section;
+            const double height = panel["naturalHeight"];
+            EXPECT_GT(height, 200) << section;
+            // Drawn at the chosen fit: 300 points wide, as tall as the fit allows, twice over.
+            const int drawnHeight = row.scroll ? 200 : static_cast<int>(height);
+            const auto expected = std::pair(600, 2 * drawnHeight);
+            EXPECT_EQ(pngSize(directory / ("panel-" + std::string(section) + ".png")), expected);
+            EXPECT_EQ(pngSize(directory / ("panel-" + std::string(section) + "-light.png")),
+                      expected);
+        }
+    }
+}
+
 TEST_F(AgentProgramTest, RenderRefusesADirectoryItCannotWrite) {
     const fs::path file = configHome / "not-a-directory";
     std::ofstream(file) << "x";

@@ -1,0 +1,78 @@
+#include "CorvaneAgent/UI/MenuBarViews.h"
+
+#include "CorvaneAgent/SystemMonitor.h"
+#include "CorvaneAgent/UI/CPUDetailView.h"
+#include "CorvaneAgent/UI/MemoryDetailView.h"
+#include "CorvaneAgent/UI/SensorsDetailView.h"
+#include "CorvaneAgent/UI/StorageDetailView.h"
+
+namespace corvane {
+
+namespace {
+
+struct SectionHeader {
+    const char* title;
+    const char* icon;
+};
+
+// The storage panel is titled "SSD", deliberately, whatever the disk.
+SectionHeader headerOf(MonitorSection section) {
+    switch (section) {
+        case MonitorSection::cpu: return {"CPU", "cpu"};
+        case MonitorSection::memory: return {"Memory", "memorychip"};
+        case MonitorSection::storage: return {"SSD", "internaldrive"};
+        case MonitorSection::sensors: return {"Sensors", "sensor"};
+    }
+    return {"CPU", "cpu"};
+}
+
+QWidget* contentOf(MonitorSection section, std::unique_ptr<PanelSource> source,
+                   PanelContext context) {
+    switch (section) {
+        case MonitorSection::memory:
+            return new MemoryDetailView(std::move(source), std::move(context));
+        case MonitorSection::storage:
+            return new StorageDetailView(std::move(source), std::move(context));
+        case MonitorSection::sensors:
+            return new SensorsDetailView(std::move(source), std::move(context));
+        case MonitorSection::cpu: break;
+    }
+    return new CPUDetailView(std::move(source), std::move(context));
+}
+
+}  // namespace
+
+MonitorPopover* makePanel(MonitorSection section, std::shared_ptr<SystemMonitor> monitor,
+                          const PanelMetrics& metrics, std::optional<double> scrollHeight,
+                          PanelActions actions, const PanelEnvironment& environment,
+                          QWidget* parent) {
+    return makePanel(section, monitorPanelSource(std::move(monitor)), metrics, scrollHeight,
+                     std::move(actions), environment, parent);
+}
+
+MonitorPopover* makePanel(MonitorSection section, std::unique_ptr<PanelSource> source,
+                          const PanelMetrics& metrics, std::optional<double> scrollHeight,
+                          PanelActions actions, const PanelEnvironment& environment,
+                          QWidget* parent) {
+    PanelContext context{environment.units, metrics, environment.profile, environment.processIcon};
+    const SectionHeader header = headerOf(section);
+    const PopoverTexts texts{context.text(header.title), header.icon, context.text("Settings"),
+                             context.text("Quit")};
+    const SettingsStore& settings = environment.units.settings.get();
+    PopoverLook look{
+        .appearance =
+            [&settings, forced = environment.appearance] {
+                return forced ? *forced : settings.string("popoverAppearance").value_or("system");
+            },
+        .background =
+            [&settings] { return settings.string("popoverBackground").value_or("translucent"); },
+        .desktopPrefersDark = environment.desktopPrefersDark,
+        .compositorRunning = environment.compositorRunning,
+    };
+    QWidget* content = contentOf(section, std::move(source), std::move(context));
+    return new MonitorPopover(texts, content, scrollHeight,
+                              {actions.close, actions.openSettings, actions.quit}, std::move(look),
+                              parent);
+}
+
+}  // namespace corvane

@@ -1,0 +1,214 @@
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CorvaneAgent/FieldObservers.h"
+#include "CorvaneAgent/UI/MenuBarViews.h"
+#include "CorvaneShared/SettingsStore.h"
+
+namespace corvane {
+namespace {
+
+// The model's fields under the test's control; `publish` ends a step as a refresh does.
+class FakePanelSource final : public PanelSource {
+public:
+    explicit FakePanelSource(MonitorFields& fields, FieldObservers& observers)
+        : values(fields), observers(observers) {}
+
+    const MonitorFields& fields() const override { return values; }
+    Subscription observe(MonitorField field, std::function<void()> onChange) override {
+        return observers.observe(field, std::move(onChange));
+    }
+    std::string thermalStateLabel() const override { return "Nominal"; }
+    std::vector<CoreTier> coreTiers() const override {
+        return {{"Performance", 4}, {std::string(300, 'E'), 8}};
+    }
+    std::vector<bool> performanceCores() const override { return {true, true, false}; }
+    int totalCores() const override { return 12; }
+
+private:
+    MonitorFields& values;
+    FieldObservers& observers;
+};
+
+constexpr MonitorSection allSections[] = {MonitorSection::cpu, MonitorSection::memory,
+                                          MonitorSection::storage, MonitorSection::sensors};
+
+// Everything a sampler may hand over at its worst: totals of 0, used above total, rates of
+// terabytes per second, 60 sensors and fans, names of 300 bytes and bytes that are no UTF-8.
+MonitorFields hostileFields() {
+    MonitorFields fields;
+    const std::string longName(300, 'W');
+    const std::string invalidUTF8 = "\xff\xfe\xc3(kworker\x80" + std::string(100, '\xe2');
+    fields.totalMemory = 0;
+    fields.usedMemory = 5ull << 40;
+    fields.wiredMemory = 3ull << 40;
+    fields.swapUsed = 7ull << 30;
+    fields.swapTotal = 0;
+    fields.pageInsPerSecond = 5'000'000'000'000ull;
+    fields.pageOutsPerSecond = ~0ull;
+    fields.diskReadPerSecond = 1'200'000'000;
+    fields.diskWritePerSecond = ~0ull;
+    fields.availableStorage = 9'000'000'000'000;
+    fields.totalStorage = 0;
+    fields.volumeName = longName + invalidUTF8;
+    fields.chipName = invalidUTF8 + longName;
+    fields.userCPUUsage = 3;
+    fields.systemCPUUsage = 2;
+    fields.cpuUsage = 1e9;
+    fields.gpuInUseMemory = ~0ull;
+    fields.cpuTemperature = 1e12;
+    fields.loadAverages = {1e9, 123456.78, 0};
+    fields.uptime = 1e18;
+    fields.coreUsages = std::vector<double>(256, 0.5);
+    for (const std::string& name : {longName, invalidUTF8}) {
+        ProcessMetric process{4242, name, 12000, ~0ull, 3'000'000'000'000ull, ~0ull};
+        fields.topCPUProcesses.push_back(process);
+        fields.topMemoryProcesses.push_back(process);
+        fields.topDiskProcesses.push_back(process);
+    }
+    for (int index = 0; index < 60; ++index) {
+        fields.sensorGroups.push_back({SensorCategory::other, 80.0 + index});
+        fields.fans.push_back({"F" + std::to_string(index), index * 1000, 123456.0, 0.0, 10.0});
+        fields.power.push_back({PowerChannel::cpu, 1e7});
+    }
+    fields.battery = BatteryInfo{1e6, -4, 1 << 30, 1e5, -1e5, false, true, true, 1 << 30};
+    return fields;
+}
+
+struct PanelFixture {
+    InMemorySettingsStore settings;
+    MonitorFields fields;
+    FieldObservers observers;
+
+    std::unique_ptr<MonitorPopover> panel(MonitorSection section,
+                                          std::optional<double> scroll = std::nullopt) {
+        PanelEnvironment environment{
+            .units = {settings, [] { return std::string("en"); },
+                      [](std::string_view key) { return std::string(key); },
+                      [](const char* name) -> const char* {
+                          return std::string_view(name) == "LANG" ? "en_US.UTF-8" : nullptr;
+                      }},
+        };
+        return std::unique_ptr<MonitorPopover>(
+            makePanel(section, std::make_unique<FakePanelSource>(fields, observers),
+                      PanelMetrics::steps[0], scroll, {}, environment));
+    }
+};
+
+// Whether every part of `panel` lies within its 300 points.
+bool staysWithinTheWidth(QWidget& panel) {
+    for (QWidget* part : panel.findChildren<QWidget*>()) {
+        if (!part->isVisibleTo(&panel)) {
+            continue;
+        }
+        const QRect placed(part->mapTo(&panel, QPoint(0, 0)), part->size());
+        if (placed.left() < 0 || placed.right() >= MonitorPopover::panelWidth) {
+            ADD_FAILURE() << part->metaObject()->className() << " spans " << placed.left() << ".."
+                          << placed.right();
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST(DetailPanels, HostileReadingsNeverWidenThePanel) {
+    for (MonitorSection section : allSections) {
+        for (std::optional<double> scroll : {std::optional<double>(), std::optional<double>(-79)}) {
+            PanelFixture fixture;
+            fixture.fields = hostileFields();
+            auto panel = fixture.panel(section, scroll);
+            panel->show();
+            QApplication::processEvents();
+            EXPECT_EQ(panel->width(), MonitorPopover::panelWidth) << sectionKey(section);
+            EXPECT_EQ(panel->sizeHint().width(), MonitorPopover::panelWidth) << sectionKey(section);
+            EXPECT_TRUE(staysWithinTheWidth(*panel)) << sectionKey(section);
+            // The rendering itself must survive the readings, not only the layout.
+            EXPECT_FALSE(panel->grab().isNull());
+        }
+    }
+}
+
+TEST(DetailPanels, EmptyModelShowsNoOptionalSections) {
+    PanelFixture fixture;
+    auto sensors = fixture.panel(MonitorSection::sensors);
+    const int withoutExtras = sensors->heightForWidth(MonitorPopover::panelWidth);
+    fixture.fields.battery = BatteryInfo{80, 90, 12, 12.1, -1.5, false, false, false, 95};
+    fixture.fields.fans = {{"F0Ac", 0, 2100, 1200, 5000}};
+    fixture.observers.markChanged(MonitorField::battery);
+    fixture.observers.markChanged(MonitorField::fans);
+    fixture.observers.announceChanges();
+    // The battery (seven rows) and the fan arrive with their sections while the panel is open.
+    EXPECT_GT(sensors->heightForWidth(MonitorPopover::panelWidth), withoutExtras + 7 * 12);
+}
+
+// Counts the paints of a widget and all its parts.
+class PaintCounter final : public QObject {
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+TEST(DetailPanels, UnchangedRefreshRepaintsNothing) {
+    for (MonitorSection section : allSections) {
+        PanelFixture fixture;
+        fixture.fields = hostileFields();
+        auto panel = fixture.panel(section);
+        panel->show();
+        QApplication::processEvents();
+        PaintCounter counter;
+        panel->installEventFilter(&counter);
+        for (QWidget* part : panel->findChildren<QWidget*>()) {
+            part->installEventFilter(&counter);
+        }
+        // A refresh that announces every field, all with the values already shown.
+        for (std::size_t field = 0; field < monitorFieldCount; ++field) {
+            fixture.observers.markChanged(static_cast<MonitorField>(field));
+        }
+        fixture.observers.announceChanges();
+        QApplication::processEvents();
+        EXPECT_EQ(counter.paints, 0) << sectionKey(section);
+
+        // A shown value that changes does repaint.
+        fixture.fields.userCPUHistory.back() = 0.5;
+        fixture.fields.pageInsPerSecond = 1;
+        fixture.fields.diskReadPerSecond = 1;
+        fixture.fields.fans.front().rpm = 2000;
+        for (MonitorField field : {MonitorField::userCPUHistory, MonitorField::pageInsPerSecond,
+                                   MonitorField::diskReadPerSecond, MonitorField::fans}) {
+            fixture.observers.markChanged(field);
+        }
+        fixture.observers.announceChanges();
+        QApplication::processEvents();
+        EXPECT_GT(counter.paints, 0) << sectionKey(section);
+    }
+}
+
+TEST(DetailPanels, AppearanceSettingRecoloursAnOpenPanel) {
+    PanelFixture fixture;
+    fixture.settings.set("popoverAppearance", "light");
+    auto panel = fixture.panel(MonitorSection::memory);
+    EXPECT_EQ(panel->scheme(), PopoverScheme::light);
+    fixture.settings.set("popoverAppearance", "Dark");
+    panel->applyAppearance();
+    // Not exactly "dark": the desktop decides, which reads as dark without a preference.
+    EXPECT_EQ(panel->scheme(), PopoverScheme::dark);
+    fixture.settings.set("popoverAppearance", "light");
+    panel->applyAppearance();
+    EXPECT_EQ(panel->scheme(), PopoverScheme::light);
+}
+
+}  // namespace
+}  // namespace corvane
