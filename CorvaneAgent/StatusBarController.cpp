@@ -33,18 +33,6 @@ std::string autosaveName(MonitorSection section, std::int64_t generation) {
     return "Corvane." + std::string(sectionKey(section)) + "." + std::to_string(generation);
 }
 
-// The storage panel and its meter are labelled "SSD", so the item is too.
-std::string itemTitle(MonitorSection section, const TextLookup& translate) {
-    const char* english = "";
-    switch (section) {
-        case MonitorSection::cpu: english = "CPU"; break;
-        case MonitorSection::memory: english = "Memory"; break;
-        case MonitorSection::storage: english = "SSD"; break;
-        case MonitorSection::sensors: english = "Sensors"; break;
-    }
-    return translate ? translate(english) : std::string(english);
-}
-
 }  // namespace
 
 std::shared_ptr<StatusBarController> StatusBarController::create(StatusBarServices services) {
@@ -195,7 +183,9 @@ void StatusBarController::installStatusItem(MonitorSection section, std::int64_t
                 self->statusItemClicked(item);
             }
         });
-        item.setAccessibilityLabel(itemTitle(section, services.translate));
+        const std::string_view title = panelTitle(section);
+        item.setAccessibilityLabel(services.translate ? services.translate(title)
+                                                      : std::string(title));
         item.setToolTip(services.meters.readout(section));
         item.setDrawing(
             [&meters = services.meters, section](double devicePixelRatio, double height) {

@@ -39,6 +39,16 @@ std::string sectionTitle(MonitorSection section, const TextLookup& translate) {
     return translate(enumName(sectionNames, section).title);
 }
 
+std::string_view panelTitle(MonitorSection section) {
+    switch (section) {
+        case MonitorSection::cpu: return "CPU";
+        case MonitorSection::memory: return "Memory";
+        case MonitorSection::storage: return "SSD";
+        case MonitorSection::sensors: return "Sensors";
+    }
+    return {};
+}
+
 std::string_view sectionIcon(MonitorSection section) {
     switch (section) {
         case MonitorSection::cpu: return "cpu";

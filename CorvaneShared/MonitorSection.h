@@ -23,6 +23,10 @@ std::optional<MonitorSection> sectionFromKey(std::string_view key);
 std::string_view itemVisibilityKey(MonitorSection section);
 /// The section's display name ("CPU", "Memory", ...), translated through `translate`.
 std::string sectionTitle(MonitorSection section, const TextLookup& translate);
+/// The English title of the section's menu-bar item and detail panel, the key of its
+/// translation: "CPU", "Memory", "SSD" or "Sensors". The storage panel is "SSD" whatever the
+/// disk, while the settings call the section "Storage" (`sectionTitle`).
+std::string_view panelTitle(MonitorSection section);
 /// The symbol name of the section's label icon ("cpu", "memorychip", "internaldrive",
 /// "sensor"); the UI layer maps it to an icon of the desktop's theme.
 std::string_view sectionIcon(MonitorSection section);

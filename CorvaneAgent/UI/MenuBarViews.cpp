@@ -10,22 +10,6 @@ namespace corvane {
 
 namespace {
 
-struct SectionHeader {
-    const char* title;
-    const char* icon;
-};
-
-// The storage panel is titled "SSD", deliberately, whatever the disk.
-SectionHeader headerOf(MonitorSection section) {
-    switch (section) {
-        case MonitorSection::cpu: return {"CPU", "cpu"};
-        case MonitorSection::memory: return {"Memory", "memorychip"};
-        case MonitorSection::storage: return {"SSD", "internaldrive"};
-        case MonitorSection::sensors: return {"Sensors", "sensor"};
-    }
-    return {"CPU", "cpu"};
-}
-
 QWidget* contentOf(MonitorSection section, std::unique_ptr<PanelSource> source,
                    PanelContext context) {
     switch (section) {
@@ -55,9 +39,8 @@ MonitorPopover* makePanel(MonitorSection section, std::unique_ptr<PanelSource> s
                           PanelActions actions, const PanelEnvironment& environment,
                           QWidget* parent) {
     PanelContext context{environment.units, metrics, environment.profile, environment.processIcon};
-    const SectionHeader header = headerOf(section);
-    const PopoverTexts texts{context.text(header.title), header.icon, context.text("Settings"),
-                             context.text("Quit")};
+    const PopoverTexts texts{context.text(panelTitle(section)), std::string(sectionIcon(section)),
+                             context.text("Settings"), context.text("Quit")};
     const SettingsStore& settings = environment.units.settings.get();
     PopoverLook look{
         .appearance =

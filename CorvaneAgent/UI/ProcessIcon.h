@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QColor>
 #include <QIcon>
-#include <QRgb>
 
 #include <filesystem>
 #include <map>
@@ -14,9 +12,8 @@
 
 namespace corvane {
 
-/// The icons of the process rows: the icon of the desktop application a process belongs to,
-/// else Corvane's "terminal" symbol. Icons are kept by name, so a row drawn on every refresh
-/// loads nothing. Main thread only.
+/// The icons of the process rows: the icon of the desktop application a process belongs to.
+/// Icons are kept by name, so a row drawn on every refresh loads nothing. Main thread only.
 class ProcessIcon {
 public:
     explicit ProcessIcon(std::unique_ptr<ProcessApplications> applications);
@@ -25,16 +22,13 @@ public:
     ProcessIcon(const std::filesystem::path& procRoot,
                 const SharedSettings::EnvironmentLookup& environment);
 
-    /// The icon of `process`'s application; the "terminal" symbol in `symbolColor` when it has
-    /// none or its icon cannot be found; a null icon when even the symbol is missing.
-    QIcon icon(const ProcessMetric& process, const QColor& symbolColor);
+    /// The icon of `process`'s application; null when it has none or its icon cannot be found
+    /// (the row then shows the "terminal" symbol in the panel's colours).
+    QIcon icon(const ProcessMetric& process);
 
 private:
-    const QIcon& terminalSymbol(const QColor& color);
-
     std::unique_ptr<ProcessApplications> applications;
     std::map<std::string, QIcon> applicationIcons;
-    std::map<QRgb, QIcon> terminalSymbols;
 };
 
 /// The icon a desktop entry's Icon value names: an image file when it is an absolute path,

@@ -1,9 +1,11 @@
 #include "Platform/Qt/StripMenuBarHost.h"
 
+#include <QColor>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPalette>
 #include <QPointer>
 #include <QScreen>
 #include <QTimer>
@@ -83,6 +85,11 @@ public:
         setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
         setAttribute(Qt::WA_X11DoNotAcceptFocus);
         setWindowTitle(QStringLiteral("Corvane"));
+        // A dark bar, like the top bars of the common desktops; the meters on it are drawn
+        // light on dark.
+        QPalette dark = palette();
+        dark.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
+        setPalette(dark);
         setAutoFillBackground(true);
         winId();
         // Qt applies the type property when the window's flags change, so one flag is set

@@ -12,8 +12,8 @@ namespace {
 
 const std::string fixture = CORVANE_FIXTURES "/desktop-apps";
 
-// The colour of the first opaque pixel of the icon drawn 14 pixels square (symbols are drawn in
-// one colour); transparent when it has none.
+// The colour of the first opaque pixel of the icon drawn 14 pixels square; transparent when it
+// has none.
 QColor inkColour(const QIcon& icon) {
     const QImage image = icon.pixmap(14, 14).toImage();
     for (int y = 0; y < image.height(); ++y) {
@@ -26,22 +26,21 @@ QColor inkColour(const QIcon& icon) {
     return Qt::transparent;
 }
 
-TEST(ProcessIcon, ApplicationIconFromThemeOrFileElseTerminalSymbol) {
+TEST(ProcessIcon, ApplicationIconFromThemeOrFileElseNone) {
     QIcon::setThemeSearchPaths({QString::fromStdString(fixture + "/icons")});
     QIcon::setThemeName("hicolor");
-    const QColor tint(10, 200, 30);
     const QColor editorRed(0xd0, 0x40, 0x20);
     struct Row {
         const char* name;
         std::int32_t pid;
         const char* processName;
-        QColor ink;
+        bool hasIcon;
     };
     const Row rows[] = {
-        {"theme icon of the matched entry", 105, "editor", editorRed},
-        {"entry whose icon the theme lacks", 104, "x-tool", tint},
-        {"command-line program", 112, "bash", tint},
-        {"process gone", 999, "ghost", tint},
+        {"theme icon of the matched entry", 105, "editor", true},
+        {"entry whose icon the theme lacks", 104, "x-tool", false},
+        {"command-line program", 112, "bash", false},
+        {"process gone", 999, "ghost", false},
     };
     ProcessIcon icons(fixture + "/procfs", [&](const char* name) -> const char* {
         static const std::string home = fixture + "/home";
@@ -53,9 +52,11 @@ TEST(ProcessIcon, ApplicationIconFromThemeOrFileElseTerminalSymbol) {
     });
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        const QIcon icon = icons.icon({.pid = row.pid, .name = row.processName}, tint);
-        ASSERT_FALSE(icon.isNull());
-        EXPECT_EQ(inkColour(icon).rgb(), row.ink.rgb());
+        const QIcon icon = icons.icon({.pid = row.pid, .name = row.processName});
+        ASSERT_EQ(icon.isNull(), !row.hasIcon);
+        if (row.hasIcon) {
+            EXPECT_EQ(inkColour(icon).rgb(), editorRed.rgb());
+        }
     }
     EXPECT_FALSE(
         applicationIcon(fixture + "/icons/hicolor/scalable/apps/example-editor.svg").isNull());
