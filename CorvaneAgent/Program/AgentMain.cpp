@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Program/AgentSession.h"
 #include "CorvaneAgent/Program/HeadlessSession.h"
 #include "CorvaneAgent/Program/RenderSession.h"
 #include "CorvaneAgent/Program/UpdateCheckSession.h"
@@ -28,9 +29,6 @@ int main(int argc, char** argv) {
     switch (options.mode) {
         case AgentOptions::Mode::help: std::cout << corvane::agentUsage(); return 0;
         case AgentOptions::Mode::menuBar:
-            std::cerr << "corvane-agent: the menu bar is not available yet; "
-                         "use --snapshot or --stream (see --help)\n";
-            return 1;
         case AgentOptions::Mode::snapshot:
         case AgentOptions::Mode::stream:
         case AgentOptions::Mode::updateCheck:
@@ -55,6 +53,14 @@ int main(int argc, char** argv) {
     language.recordLaunchCode();
     language.applyChoiceToProcessDefaults();
 
+    if (options.mode == AgentOptions::Mode::menuBar) {
+        // The menu bar is plugged in here: a MenuBarFactory that builds the status items,
+        // meters and panels on the started monitor. Without one the agent still runs its
+        // lifecycle (single instance, master switch, signals, settings watch, updates) and its
+        // monitor, with nothing shown.
+        corvane::MenuBarFactory menuBar;
+        return corvane::runAgent(argc, argv, options, language, bundle, std::move(menuBar));
+    }
     if (options.mode == AgentOptions::Mode::render) {
         return corvane::runRender(argc, argv, options, language);
     }
