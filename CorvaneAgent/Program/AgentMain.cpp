@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 
+#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <string_view>
@@ -19,6 +20,11 @@
 
 int main(int argc, char** argv) {
     using corvane::AgentOptions;
+    // When the session bus goes away in the middle of one of Qt's blocking calls (the session
+    // ends while the agent starts), Qt 6 hands libdbus a call that was never sent, and libdbus
+    // aborts the process on such a misuse unless told to only warn. The call then fails like
+    // any other on a lost bus, and the agent ends as it does when the session ends.
+    ::setenv("DBUS_FATAL_WARNINGS", "0", 0);
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
     auto parsed = corvane::parseAgentArguments(arguments);
     if (const auto* error = std::get_if<corvane::ArgumentError>(&parsed)) {

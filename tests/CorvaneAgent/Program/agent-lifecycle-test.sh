@@ -1,6 +1,7 @@
 #!/bin/sh
 # The menu-bar agent's life from the outside: a second copy leaves at once and says why,
-# quitAgent ends the first, the master switch keeps it from starting, SIGTERM ends it cleanly.
+# quitAgent ends the first, the master switch keeps it from starting, SIGTERM and the end of the
+# session bus end it cleanly.
 #
 # Usage: agent-lifecycle-test.sh CORVANE-AGENT CORVANECTL
 #
@@ -138,6 +139,26 @@ if start_agent terminated; then
         fail "the agent did not log SIGTERM: $(cat "$work/terminated.log")"
 else
     fail "the agent did not come up again with the switch on: $(cat "$work/terminated.log")"
+fi
+
+# 5. The end of the session's bus (the desktop session ended) ends the agent. A bus of its
+# own, so that the rest of the test keeps the shared one.
+bus=$(dbus-daemon --session --fork --print-address=1 --print-pid=1 2>/dev/null)
+bus_address=$(echo "$bus" | sed -n 1p)
+bus_pid=$(echo "$bus" | sed -n 2p)
+if [ -n "$bus_address" ] && [ -n "$bus_pid" ]; then
+    started="$started $bus_pid"
+    if DBUS_SESSION_BUS_ADDRESS=$bus_address start_agent bus-gone; then
+        kill -TERM "$bus_pid"
+        wait_for_exit "$pid" || fail "the agent outlived its session bus"
+        [ "$status" = 0 ] || fail "the agent ended with its bus with status $status"
+        grep -qF "the session bus is gone; exiting" "$work/bus-gone.log" ||
+            fail "the agent did not say its bus was gone: $(cat "$work/bus-gone.log")"
+    else
+        fail "the agent did not come up on a bus of its own: $(cat "$work/bus-gone.log")"
+    fi
+else
+    fail "no session bus of its own could be started"
 fi
 
 if [ "$failures" -gt 0 ]; then
