@@ -116,6 +116,21 @@ grep -qF "another copy of this install is already up; exiting" "$work/second.log
 grep -qF "up, pid" "$work/second.log" && fail "the second copy came up"
 kill -0 "$first" 2>/dev/null || fail "the first copy ended with the second"
 
+# Whatever becomes of the settings file while the agent runs, it runs on: each change is
+# read after the watch's short settle time.
+settings="$XDG_CONFIG_HOME/corvane/$CORVANE_SETTINGS_SUITE.json"
+for change in corrupt folder gone interval; do
+    case $change in
+        corrupt) printf '{"refreshInterval": 2,' >"$settings" ;;
+        folder) rm -f "$settings" && mkdir "$settings" ;;
+        gone) rm -rf "$XDG_CONFIG_HOME/corvane" ;;
+        interval) mkdir -p "$XDG_CONFIG_HOME/corvane" &&
+            printf '{"refreshInterval": 0.5}' >"$settings" ;;
+    esac
+    sleep 0.15
+    kill -0 "$first" 2>/dev/null || fail "the agent ended when its settings file was $change"
+done
+
 # 2. quitAgent ends the first. Posted until it ends, in case the listener was not yet
 # registered with the bus when "up" was logged.
 wait_for_exit "$first" post_quit || fail "quitAgent did not end the agent"
