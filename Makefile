@@ -19,9 +19,15 @@ $(BUILD_DIR)/build.ninja: | setup
 build: setup $(BUILD_DIR)/build.ninja
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
-# Until the menu bar exists, running the agent means streaming its readings.
+# The menu-bar agent when there is a desktop to show it on, else the readings as a stream.
+# Its log lines come to this terminal unless CORVANE_LOG is set otherwise.
 run: build
-	$(BUILD_DIR)/corvane-agent --stream
+	@if [ -n "$$DISPLAY" ] || [ -n "$$WAYLAND_DISPLAY" ]; then \
+	    CORVANE_LOG="$${CORVANE_LOG-stderr}" exec $(BUILD_DIR)/corvane-agent; \
+	else \
+	    echo "make run: no display (DISPLAY and WAYLAND_DISPLAY are unset), so no menu bar; streaming the readings instead"; \
+	    exec $(BUILD_DIR)/corvane-agent --stream; \
+	fi
 
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)

@@ -295,6 +295,8 @@ Options:
     text += R"(
 Settings: $XDG_CONFIG_HOME/corvane/<suite>.json (default ~/.config/corvane); the
 suite is the application group, or $CORVANE_SETTINGS_SUITE when set.
+The agent logs to the systemd journal (journalctl -t corvane-agent), or to
+standard error when there is no journal or $CORVANE_LOG is "stderr".
 )";
     return text;
 }

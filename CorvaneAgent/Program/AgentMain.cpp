@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 
+#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Program/AgentSession.h"
 #include "CorvaneAgent/Program/HeadlessSession.h"
 #include "CorvaneAgent/Program/RenderSession.h"
 #include "CorvaneAgent/Program/UpdateCheckSession.h"
@@ -18,6 +20,11 @@
 
 int main(int argc, char** argv) {
     using corvane::AgentOptions;
+    // When the session bus goes away in the middle of one of Qt's blocking calls (the session
+    // ends while the agent starts), Qt 6 hands libdbus a call that was never sent, and libdbus
+    // aborts the process on such a misuse unless told to only warn. The call then fails like
+    // any other on a lost bus, and the agent ends as it does when the session ends.
+    ::setenv("DBUS_FATAL_WARNINGS", "0", 0);
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
     auto parsed = corvane::parseAgentArguments(arguments);
     if (const auto* error = std::get_if<corvane::ArgumentError>(&parsed)) {
@@ -28,9 +35,6 @@ int main(int argc, char** argv) {
     switch (options.mode) {
         case AgentOptions::Mode::help: std::cout << corvane::agentUsage(); return 0;
         case AgentOptions::Mode::menuBar:
-            std::cerr << "corvane-agent: the menu bar is not available yet; "
-                         "use --snapshot or --stream (see --help)\n";
-            return 1;
         case AgentOptions::Mode::snapshot:
         case AgentOptions::Mode::stream:
         case AgentOptions::Mode::updateCheck:
@@ -55,6 +59,14 @@ int main(int argc, char** argv) {
     language.recordLaunchCode();
     language.applyChoiceToProcessDefaults();
 
+    if (options.mode == AgentOptions::Mode::menuBar) {
+        // The menu bar is plugged in here: a MenuBarFactory that builds the status items,
+        // meters and panels on the started monitor. Without one the agent still runs its
+        // lifecycle (single instance, master switch, signals, settings watch, updates) and its
+        // monitor, with nothing shown.
+        corvane::MenuBarFactory menuBar;
+        return corvane::runAgent(argc, argv, options, language, bundle, std::move(menuBar));
+    }
     if (options.mode == AgentOptions::Mode::render) {
         return corvane::runRender(argc, argv, options, language);
     }

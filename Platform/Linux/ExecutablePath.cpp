@@ -1,5 +1,7 @@
 #include "Platform/Linux/ExecutablePath.h"
 
+#include <string>
+#include <string_view>
 #include <system_error>
 
 namespace corvane {
@@ -12,7 +14,14 @@ std::optional<std::filesystem::path> currentExecutablePath() {
     if (error || path.empty()) {
         return std::nullopt;
     }
-    return path;
+    // Once the file was replaced (a rebuild, an update swap) the kernel marks the link; the
+    // path itself, which now holds the new program, is what a relaunch must start.
+    std::string text = path.string();
+    constexpr std::string_view deletedMark = " (deleted)";
+    if (text.ends_with(deletedMark)) {
+        text.resize(text.size() - deletedMark.size());
+    }
+    return std::filesystem::path(text);
 }
 
 }  // namespace corvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDialog>
+#include <QMessageBox>
 #include <QPointer>
 
 #include <functional>
@@ -8,9 +10,7 @@
 #include "CorvaneShared/TextLookup.h"
 #include "Platform/Qt/Updates/UpdateUserDriver.h"
 
-class QDialog;
 class QLabel;
-class QMessageBox;
 class QProgressBar;
 
 namespace corvane {
