@@ -60,12 +60,7 @@ int main(int argc, char** argv) {
     language.applyChoiceToProcessDefaults();
 
     if (options.mode == AgentOptions::Mode::menuBar) {
-        // The menu bar is plugged in here: a MenuBarFactory that builds the status items,
-        // meters and panels on the started monitor. Without one the agent still runs its
-        // lifecycle (single instance, master switch, signals, settings watch, updates) and its
-        // monitor, with nothing shown.
-        corvane::MenuBarFactory menuBar;
-        return corvane::runAgent(argc, argv, options, language, bundle, std::move(menuBar));
+        return corvane::runAgent(argc, argv, options, language, bundle);
     }
     if (options.mode == AgentOptions::Mode::render) {
         return corvane::runRender(argc, argv, options, language);

@@ -16,6 +16,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/Program/AgentUpdates.h"
+#include "CorvaneAgent/Program/DesktopMenuBar.h"
 #include "CorvaneAgent/Program/MachineSources.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/AppLinks.h"
@@ -77,7 +78,7 @@ private:
 }  // namespace
 
 int runAgent(int& argc, char** argv, const AgentOptions& options, AppLanguage& language,
-             const std::optional<std::filesystem::path>& bundle, MenuBarFactory makeMenuBar) {
+             const std::optional<std::filesystem::path>& bundle) {
     // QT_QPA_PLATFORM names a platform on purpose (offscreen, for tests); otherwise a menu bar
     // needs a desktop to stand in.
     if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
@@ -127,6 +128,36 @@ int runAgent(int& argc, char** argv, const AgentOptions& options, AppLanguage& l
             SharedSettings::storeFile(SharedSettings::suiteName(), *folder), settingsSettle,
             [&settingsChanges] { settingsChanges.check(); });
     }
+
+    const AppLinks links(processLinkSources(
+        bundle,
+        [&bus](SharedSettings::Signal signal) { bus.post(SharedSettings::signalName(signal)); },
+        launchDetached));
+    MenuBarFactory makeMenuBar = [&](SystemMonitor& monitor,
+                                     const SettingsChangeObserver& observeSettingsChanges)
+        -> std::unique_ptr<MenuBarSession> {
+        auto started = DesktopMenuBar::start({
+            .monitor = monitor.shared_from_this(),
+            .shared = settings,
+            .own = SharedSettings::standardStore(),
+            .bus = bus,
+            .runtime = runtime.runtime(),
+            .observeSettingsChanges = observeSettingsChanges,
+            .language = language,
+            .request = options.menuBarHost,
+            .openSettings = [&links] { links.openSettingsApp(); },
+            .quit = quit,
+        });
+        if (auto* refusal = std::get_if<std::string>(&started)) {
+            // An agent nobody can see or quit is no use: say what is missing and end.
+            std::fprintf(stderr, "corvane-agent: %s\n", refusal->c_str());
+            log.write(LogLevel::standard, *refusal);
+            QMetaObject::invokeMethod(
+                &application, [] { QCoreApplication::exit(1); }, Qt::QueuedConnection);
+            return nullptr;
+        }
+        return std::move(std::get<std::unique_ptr<DesktopMenuBar>>(started));
+    };
 
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const auto executable = currentExecutablePath();

@@ -5,6 +5,7 @@
 #include <string>
 #include <variant>
 
+#include "CorvaneAgent/AgentDelegate.h"
 #include "CorvaneAgent/MenuBarHostChoice.h"
 #include "CorvaneAgent/UI/MenuBarViews.h"
 #include "CorvaneAgent/UI/ProcessIcon.h"
@@ -45,18 +46,18 @@ struct DesktopMenuBarServices {
 /// meters drawn into its items, and the status bar controller with a panel window per section.
 /// Meters and panels follow the desktop's light or dark preference. Needs a QApplication; main
 /// thread only; everything in `services` outlives it.
-class DesktopMenuBar {
+class DesktopMenuBar final : public MenuBarSession {
 public:
     /// The running menu bar, or one line saying why the session offers none.
     static std::variant<std::unique_ptr<DesktopMenuBar>, std::string> start(
         DesktopMenuBarServices services);
-    ~DesktopMenuBar();
+    ~DesktopMenuBar() override;
 
     DesktopMenuBar(const DesktopMenuBar&) = delete;
     DesktopMenuBar& operator=(const DesktopMenuBar&) = delete;
 
     /// Brings the items and an open panel up to date with the settings in force.
-    void applyMeterSettings();
+    void applyMeterSettings() override;
 
 private:
     explicit DesktopMenuBar(UnitSources units);

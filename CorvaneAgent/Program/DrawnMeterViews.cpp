@@ -37,8 +37,8 @@ ItemImage DrawnMeterViews::draw(MonitorSection section, double devicePixelRatio,
     ItemImage picture{.pixelWidth = image.width(),
                       .pixelHeight = image.height(),
                       .devicePixelRatio = ratio,
-                      .pixels = std::vector<std::uint32_t>(
-                          static_cast<std::size_t>(image.width()) * image.height())};
+                      .pixels = std::vector<std::uint32_t>(static_cast<std::size_t>(image.width()) *
+                                                           image.height())};
     for (int row = 0; row < image.height(); ++row) {
         std::memcpy(picture.pixels.data() + static_cast<std::size_t>(row) * image.width(),
                     image.constScanLine(row), static_cast<std::size_t>(image.width()) * 4);
