@@ -6,66 +6,13 @@
 #
 # Usage: menu-bar-x11-test.sh CORVANE-AGENT CORVANECTL
 # Set SCREENSHOT=file.png to keep a picture of the screen with a panel open.
-#
-# Any corvane-agent of the same user counts for the single-instance rule, so the test runs in a
-# process namespace of its own where it can, on a private session bus and X server.
 set -uo pipefail
 
 agent=$1
 ctl=$2
-skip=77
 
-if [[ -z ${CORVANE_MENU_BAR_STAGE:-} ]]; then
-    for isolate in "unshare --pid --fork --mount-proc" \
-        "unshare --user --map-root-user --pid --fork --mount-proc"; do
-        if $isolate true 2>/dev/null; then
-            CORVANE_MENU_BAR_STAGE=isolated exec $isolate bash "$0" "$@"
-        fi
-    done
-    echo "SKIP: no process namespace; another agent of this user would decide the outcome"
-    exit $skip
-fi
-if [[ $CORVANE_MENU_BAR_STAGE != on-bus ]]; then
-    CORVANE_MENU_BAR_STAGE=on-bus exec dbus-run-session -- bash "$0" "$@"
-fi
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/corvane-menu-bar-XXXXXX") || exit 1
-pids=()
-cleanup() {
-    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null; done
-    rm -rf "$work"
-}
-trap cleanup EXIT
-fail() {
-    echo "FAIL: $*"
-    echo "--- agent log"
-    cat "$work/agent.log"
-    exit 1
-}
-
-export XDG_CONFIG_HOME="$work/config" CORVANE_SETTINGS_SUITE=menu-bar-test CORVANE_LANGUAGE=en
-export CORVANE_LOG=stderr
-mkdir -p "$XDG_CONFIG_HOME"
-
-exec {displayfd}<> <(:)
-Xvfb -displayfd "$displayfd" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-pids+=($!)
-read -r -t 10 number <&"$displayfd" || fail "Xvfb did not start"
-export DISPLAY=":$number"
-unset WAYLAND_DISPLAY QT_QPA_PLATFORM
-openbox >"$work/openbox.log" 2>&1 &
-pids+=($!)
-for _ in $(seq 50); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
-    sleep 0.1
-done
-
-# The item widths the agent will use, from the pictures it renders with the same settings.
-QT_QPA_PLATFORM=offscreen "$agent" --render "$work/render" >/dev/null 2>&1 ||
-    fail "--render failed"
-item_width() {
-    grep -A1 "\"$1\": {" "$work/render/layout.json" | sed -n 's/.*"itemWidth": \([0-9.]*\).*/\1/p'
-}
+source "$(dirname "$0")/desktop-test-session.sh" "$0" "$@"
+render_layout "$agent"
 declare -A keyOfTitle=([CPU]=cpu [Memory]=memory [SSD]=storage [Sensors]=sensors)
 
 "$agent" --menu-bar strip >"$work/agent.log" 2>&1 &
@@ -74,19 +21,12 @@ pids+=("$agent_pid")
 timeout 10 xdotool search --sync --name '^Corvane$' >/dev/null || fail "no strip window"
 sleep 1
 
-# The title of the one panel window shown, or nothing.
-shown_panel() {
-    local id
-    for id in $(xdotool search --onlyvisible --name '^(CPU|Memory|SSD|Sensors)$' 2>/dev/null); do
-        xdotool getwindowname "$id"
-    done
-}
 # Clicks at $1,$2 and waits up to three seconds for the shown panel to be $3 ("" for none).
 click_expecting() {
     xdotool mousemove "$1" "$2" click 1
     local shown=""
     for _ in $(seq 30); do
-        shown=$(shown_panel)
+        shown=$(shown_panels)
         [[ $shown == "$3" ]] && return 0
         sleep 0.1
     done
@@ -98,7 +38,7 @@ click_expecting() {
 rightmost_x=$((1280 - 8 - 10))
 xdotool mousemove "$rightmost_x" 12 click 1
 for _ in $(seq 30); do
-    first=$(shown_panel)
+    first=$(shown_panels)
     [[ -n $first ]] && break
     sleep 0.1
 done
@@ -112,7 +52,7 @@ first_width=$(item_width "${keyOfTitle[$first]}")
 second_x=$(awk -v w="$first_width" 'BEGIN { printf "%d", 1280 - 8 - w - 4 - 10 }')
 xdotool mousemove "$second_x" 12 click 1
 for _ in $(seq 30); do
-    second=$(shown_panel)
+    second=$(shown_panels)
     [[ -n $second && $second != "$first" ]] && break
     sleep 0.1
 done
@@ -135,7 +75,7 @@ for _ in $(seq 30); do
 done
 [[ ${after%%,*} == "${keyOfTitle[$first]}" ]] ||
     fail "after dragging ${keyOfTitle[$first]} to the left, menuBarOrder is '$after' (was '$before')"
-[[ -z $(shown_panel) ]] || fail "a Ctrl-drag opened a panel"
+[[ -z $(shown_panels) ]] || fail "a Ctrl-drag opened a panel"
 
 kill -0 "$agent_pid" 2>/dev/null || fail "the agent ended"
 echo "strip: '$first' and '$second' opened, closed and switched; order '$before' -> '$after'"
