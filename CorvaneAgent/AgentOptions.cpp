@@ -89,8 +89,10 @@ constexpr Flag flags[] = {
      "sample as --snapshot does, then draw every shown meter\n"
      "into DIR (created when missing): meter-SECTION.png on a\n"
      "dark menu bar and meter-SECTION-light.png on a light one,\n"
-     "at 2 pixels per point, and layout.json with each meter's\n"
-     "widths, draw signature and image size; needs no display",
+     "the detail panels as panel-SECTION.png and\n"
+     "panel-SECTION-light.png, all at 2 pixels per point, and\n"
+     "layout.json with each meter's widths, draw signature and\n"
+     "image size and each panel's fit; needs no display",
      [](AgentOptions& options, const Flag& flag,
         std::string_view value) -> std::optional<ArgumentError> {
          if (value.empty()) {
