@@ -42,8 +42,23 @@ export XDG_CONFIG_HOME="$work/config"
 export CORVANE_SETTINGS_SUITE=lifecycle-test
 export CORVANE_LANGUAGE=en
 export CORVANE_LOG=stderr
-export QT_QPA_PLATFORM=offscreen
 mkdir -p "$XDG_CONFIG_HOME"
+
+# A virtual X server for Corvane's own strip: an agent with nowhere to show its meters leaves.
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+started="$started $!"
+tries=0
+until [ -s "$work/display" ]; do
+    tries=$((tries + 1))
+    if [ "$tries" -gt 100 ]; then
+        echo "FAIL: Xvfb did not start: $(cat "$work/xvfb.log")"
+        exit 1
+    fi
+    sleep 0.1
+done
+DISPLAY=":$(cat "$work/display")"
+export DISPLAY
+unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 
 failures=0
 fail() {

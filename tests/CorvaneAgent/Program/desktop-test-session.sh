@@ -36,8 +36,10 @@ fail() {
     exit 1
 }
 
-export XDG_CONFIG_HOME="$work/config" CORVANE_SETTINGS_SUITE=desktop-test CORVANE_LANGUAGE=en
-export CORVANE_LOG=stderr
+# English from the locale, so that the "language" setting can still choose another.
+export XDG_CONFIG_HOME="$work/config" CORVANE_SETTINGS_SUITE=desktop-test CORVANE_LOG=stderr
+export LANG=C.UTF-8
+unset CORVANE_LANGUAGE LANGUAGE LC_ALL LC_MESSAGES
 mkdir -p "$XDG_CONFIG_HOME"
 
 exec {displayfd}<> <(:)

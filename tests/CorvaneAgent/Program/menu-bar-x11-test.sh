@@ -2,7 +2,9 @@
 # The menu-bar agent on an X11 desktop without a tray, driven as a user would with the pointer:
 # Corvane's own strip at the top, a click on an item opens its panel window, a click on the same
 # item closes it, a click on another item switches panels, a click elsewhere closes the panel,
-# and a Ctrl-drag reorders the items and stores the new "menuBarOrder".
+# a readout turned off narrows its item at once (no signal needed), a Ctrl-drag reorders the
+# items and stores the new "menuBarOrder", and a new interface language relaunches the agent
+# with panels in that language.
 #
 # Usage: menu-bar-x11-test.sh CORVANE-AGENT CORVANECTL
 # Set SCREENSHOT=file.png to keep a picture of the screen with a panel open.
@@ -60,6 +62,22 @@ done
     fail "a click on the second item showed '${second//$'\n'/, }' instead of switching panels"
 click_expecting 400 500 ""
 
+# The left edge of what the strip shows: items are right-aligned, so a narrower item moves it
+# right.
+strip_left() {
+    import -window root -crop 1280x24+0+0 +repage png:- |
+        convert - -fuzz 5% -trim -format '%X' info:- | tr -d +
+}
+left_before=$(strip_left)
+"$ctl" set cpuReadout off
+for _ in $(seq 10); do
+    sleep 0.1
+    left_after=$(strip_left)
+    ((left_after > left_before)) && break
+done
+((left_after > left_before)) ||
+    fail "cpuReadout off left the strip's left edge at $left_after (was $left_before)"
+
 # Ctrl-drag the rightmost item to the far left: the stored order changes to the one on screen.
 before=$("$ctl" get menuBarOrder)
 xdotool mousemove "$rightmost_x" 12 keydown ctrl mousedown 1
@@ -78,4 +96,26 @@ done
 [[ -z $(shown_panels) ]] || fail "a Ctrl-drag opened a panel"
 
 kill -0 "$agent_pid" 2>/dev/null || fail "the agent ended"
-echo "strip: '$first' and '$second' opened, closed and switched; order '$before' -> '$after'"
+
+# A new language takes a new process: the agent starts again and its panels speak German.
+declare -A germanTitle=([cpu]=CPU [memory]=Arbeitsspeicher [storage]=SSD [sensors]=Sensoren)
+rightmost=${after##*,}
+"$ctl" set language de && "$ctl" post settings
+for _ in $(seq 50); do
+    kill -0 "$agent_pid" 2>/dev/null || break
+    sleep 0.1
+done
+kill -0 "$agent_pid" 2>/dev/null && fail "the agent did not leave for a relaunch"
+timeout 10 xdotool search --sync --onlyvisible --name '^Corvane$' >/dev/null ||
+    fail "no strip after the relaunch"
+sleep 1
+german=""
+for _ in $(seq 5); do
+    xdotool mousemove "$rightmost_x" 12 click 1
+    german=$(timeout 3 xdotool search --sync --onlyvisible --name "^${germanTitle[$rightmost]}\$" ||
+        true)
+    [[ -n $german ]] && break
+done
+[[ -n $german ]] || fail "no '${germanTitle[$rightmost]}' panel after the relaunch"
+echo "strip: '$first' and '$second' opened, closed and switched; cpuReadout off narrowed it;" \
+    "order '$before' -> '$after'; relaunched in German"
