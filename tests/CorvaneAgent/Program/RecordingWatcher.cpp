@@ -30,8 +30,9 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     RecordingWatcher watcher;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), &watcher,
-                            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties) ||
+    if (!bus.registerObject(
+            QStringLiteral("/StatusNotifierWatcher"), &watcher,
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties) ||
         !bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"))) {
         std::fputs("recording-watcher: cannot own org.kde.StatusNotifierWatcher\n", stderr);
         return 1;
