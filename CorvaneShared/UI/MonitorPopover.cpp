@@ -146,12 +146,16 @@ bool MonitorPopover::wantsTranslucentWindow() const {
 
 int MonitorPopover::heightForWidth(int) const {
     // Sections come and go with the model also while the panel is not shown, when no layout
-    // request runs to refresh the sizes the layouts keep: measure afresh.
-    for (QWidget* part : findChildren<QWidget*>()) {
-        part->updateGeometry();
-    }
-    for (QLayout* inner : findChildren<QLayout*>()) {
-        inner->invalidate();
+    // request runs to refresh the sizes the layouts keep: measure afresh. Not while shown: the
+    // layouts are current then, and every refresh posts a layout request whose handling asks
+    // for this height again, which would never end.
+    if (!isVisible()) {
+        for (QWidget* part : findChildren<QWidget*>()) {
+            part->updateGeometry();
+        }
+        for (QLayout* inner : findChildren<QLayout*>()) {
+            inner->invalidate();
+        }
     }
     return layout()->sizeHint().height();
 }

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QEvent>
+#include <QVBoxLayout>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -149,17 +150,40 @@ TEST(DetailPanels, EmptyModelShowsNoOptionalSections) {
     EXPECT_GT(sensors->heightForWidth(MonitorPopover::panelWidth), withoutExtras + 7 * 12);
 }
 
-// Counts the paints of a widget and all its parts.
-class PaintCounter final : public QObject {
+// Counts the events of one type that reach the objects it filters.
+class EventCounter final : public QObject {
 public:
-    int paints = 0;
+    explicit EventCounter(QEvent::Type type) : type(type) {}
+    int count = 0;
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
-        paints += event->type() == QEvent::Paint ? 1 : 0;
+        count += event->type() == type ? 1 : 0;
         return false;
     }
+
+private:
+    QEvent::Type type;
 };
+
+// In a window whose layout asks the panel for its height, as the panel window's does, a shown
+// panel's layout comes to rest: measuring it must not ask for another layout pass.
+TEST(DetailPanels, AShownPanelsLayoutComesToRest) {
+    PanelFixture fixture;
+    fixture.fields = hostileFields();
+    QWidget window;
+    (new QVBoxLayout(&window))->addWidget(fixture.panel(MonitorSection::cpu).release());
+    window.show();
+    for (int pass = 0; pass < 5; ++pass) {
+        QApplication::processEvents();
+    }
+    EventCounter layoutRequests(QEvent::LayoutRequest);
+    QApplication::instance()->installEventFilter(&layoutRequests);
+    for (int pass = 0; pass < 5; ++pass) {
+        QApplication::processEvents();
+    }
+    EXPECT_EQ(layoutRequests.count, 0);
+}
 
 TEST(DetailPanels, UnchangedRefreshRepaintsNothing) {
     for (MonitorSection section : allSections) {
@@ -168,10 +192,10 @@ TEST(DetailPanels, UnchangedRefreshRepaintsNothing) {
         auto panel = fixture.panel(section);
         panel->show();
         QApplication::processEvents();
-        PaintCounter counter;
-        panel->installEventFilter(&counter);
+        EventCounter paints(QEvent::Paint);
+        panel->installEventFilter(&paints);
         for (QWidget* part : panel->findChildren<QWidget*>()) {
-            part->installEventFilter(&counter);
+            part->installEventFilter(&paints);
         }
         // A refresh that announces every field, all with the values already shown.
         for (std::size_t field = 0; field < monitorFieldCount; ++field) {
@@ -179,7 +203,7 @@ TEST(DetailPanels, UnchangedRefreshRepaintsNothing) {
         }
         fixture.observers.announceChanges();
         QApplication::processEvents();
-        EXPECT_EQ(counter.paints, 0) << sectionKey(section);
+        EXPECT_EQ(paints.count, 0) << sectionKey(section);
 
         // A shown value that changes does repaint.
         fixture.fields.userCPUHistory.back() = 0.5;
@@ -192,7 +216,7 @@ TEST(DetailPanels, UnchangedRefreshRepaintsNothing) {
         }
         fixture.observers.announceChanges();
         QApplication::processEvents();
-        EXPECT_GT(counter.paints, 0) << sectionKey(section);
+        EXPECT_GT(paints.count, 0) << sectionKey(section);
     }
 }
 
