@@ -103,7 +103,10 @@ int runAgent(int& argc, char** argv, const AgentOptions& options, AppLanguage& l
         AgentDelegate::applicationShouldTerminateAfterLastWindowClosed());
     // Queued, so that a refusal before the event loop starts still ends it at once.
     const auto quit = [&application] {
-        QMetaObject::invokeMethod(&application, &QCoreApplication::quit, Qt::QueuedConnection);
+        // exit, not quit: Qt's quit first asks every window to close and gives up when one
+        // declines, as a shown panel window does.
+        QMetaObject::invokeMethod(
+            &application, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
     };
     JournalLog log(std::string(buildinfo::agentBundleIdentifier), "lifecycle");
     TerminationSignals endingSignals([&](int signal) {

@@ -4,7 +4,7 @@
 # item closes it, a click on another item switches panels, a click elsewhere closes the panel,
 # a readout turned off narrows its item at once (no signal needed), a Ctrl-drag reorders the
 # items and stores the new "menuBarOrder", and a new interface language relaunches the agent
-# with panels in that language.
+# with panels in that language, whose "Quit" ends it.
 #
 # Usage: menu-bar-x11-test.sh CORVANE-AGENT CORVANECTL
 # Set SCREENSHOT=file.png to keep a picture of the screen with a panel open.
@@ -117,5 +117,14 @@ for _ in $(seq 5); do
     [[ -n $german ]] && break
 done
 [[ -n $german ]] || fail "no '${germanTitle[$rightmost]}' panel after the relaunch"
+
+# "Quit" at the right end of the open panel's footer ends the agent, strip and all.
+eval "$(xdotool getwindowgeometry --shell "$german")"
+xdotool mousemove $((X + WIDTH - 20)) $((Y + HEIGHT - 17)) click 1
+for _ in $(seq 50); do
+    [[ -z $(xdotool search --name '^Corvane$' 2>/dev/null) ]] && break
+    sleep 0.1
+done
+[[ -z $(xdotool search --name '^Corvane$' 2>/dev/null) ]] || fail "Quit in the panel left the agent running"
 echo "strip: '$first' and '$second' opened, closed and switched; cpuReadout off narrowed it;" \
-    "order '$before' -> '$after'; relaunched in German"
+    "order '$before' -> '$after'; relaunched in German and quit from the panel"
