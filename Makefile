@@ -6,7 +6,7 @@ BUILD_TYPE ?= RelWithDebInfo
 SANITIZE_DIR ?= build-sanitize
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize bench bundle format clean
+.PHONY: all setup build run test test-sanitize bench bundle format tidy clean
 
 all: build
 
@@ -23,13 +23,16 @@ build: setup $(BUILD_DIR)/build.ninja
 run: build
 	$(BUILD_DIR)/corvane-agent --stream
 
-test: build
+# Warnings are errors here (and so in CI, which runs this), though not in a plain `make build`.
+test: setup
+	cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DCORVANE_WERROR=ON
+	cmake --build $(BUILD_DIR) -j $(JOBS)
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
 # The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer.
 test-sanitize: setup
 	cmake -S . -B $(SANITIZE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug \
-	    -DCORVANE_SANITIZE=address,undefined -DCORVANE_BUILD_BENCH=OFF
+	    -DCORVANE_SANITIZE=address,undefined -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
@@ -42,6 +45,11 @@ bundle: build
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
+
+# clang-tidy with the checks in .clang-tidy over every source file of ours, using the compile
+# commands of $(BUILD_DIR). Not part of CI: on a two-core runner it takes longer than the suite.
+tidy: build
+	git ls-files '*.cpp' | xargs clang-tidy -p $(BUILD_DIR) --quiet
 
 clean:
 	rm -rf $(BUILD_DIR) $(SANITIZE_DIR)
