@@ -45,79 +45,45 @@ struct UnitsFixture {
 // the rows assert only what this code decides: the unit, the rounding, which locale's marks
 // are used and where the translated template puts the number.
 TEST(Units, FormatsInTheDisplayLocale) {
+    struct Expected {
+        const char* degrees;
+        const char* temperatureNumber;
+        const char* unitSymbol;
+        const char* rpmNumber;
+        const char* rpmTemplate;
+    };
     struct Row {
         const char* name;
         std::string language;
         Environment environment;
         const char* unitChoice;
-        const char* degrees;
-        const char* temperatureNumber;
-        const char* unitSymbol;
-        const char* rpmNumber;
-        const char* rpmBefore;
-        const char* rpmAfter;
+        Expected expected;
     };
+    const Expected usEnglish = {"126°", "126.3", "°F", "2,500", "%@ RPM"};
+    const Expected german = {"52°", "52,4", "°C", "2.500", "U/min: %@"};
     const std::vector<Row> rows = {
-        {"en-US",
-         "en",
-         {{"LANG", "en_US.UTF-8"}},
-         "system",
-         "126°",
-         "126.3",
-         "°F",
-         "2,500",
-         "",
-         " RPM"},
-        {"de-DE",
-         "de",
-         {{"LANG", "de_DE.UTF-8"}},
-         "system",
-         "52°",
-         "52,4",
-         "°C",
-         "2.500",
-         "U/min: ",
-         ""},
-        {"ja-JP",
+        {"en-US", "en", {{"LANG", "en_US.UTF-8"}}, "system", usEnglish},
+        {"de-DE", "de", {{"LANG", "de_DE.UTF-8"}}, "system", german},
+        {"ja-JP, whose template lost its placeholder",
          "ja",
          {{"LANG", "ja_JP.UTF-8"}},
          "system",
-         "52°",
-         "52.4",
-         "°C",
-         "2,500",
-         "",
-         " RPM"},
+         {"52°", "52.4", "°C", "2,500", "%@ RPM"}},
         {"English wording, German marks",
          "en",
          {{"LANG", "de_DE.UTF-8"}},
          "fahrenheit",
-         "126°",
-         "126,3",
-         "°F",
-         "2.500",
-         "",
-         " RPM"},
+         {"126°", "126,3", "°F", "2.500", "%@ RPM"}},
         {"unknown choice follows the locale",
          "de",
          {{"LC_MEASUREMENT", "en_US"}},
          "kelvin",
-         "126°",
-         "126,3",
-         "°F",
-         "2.500",
-         "U/min: ",
-         ""},
+         {"126°", "126,3", "°F", "2.500", "U/min: %@"}},
         {"chosen Celsius in the US",
          "en",
          {{"LANG", "en_US"}},
          "celsius",
-         "52°",
-         "52.4",
-         "°C",
-         "2,500",
-         "",
-         " RPM"},
+         {"52°", "52.4", "°C", "2,500", "%@ RPM"}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -125,13 +91,14 @@ TEST(Units, FormatsInTheDisplayLocale) {
             InMemorySettingsStore(SettingValue{{"temperatureUnit", row.unitChoice}}), row.language,
             row.environment};
         const UnitSources sources = fixture.sources();
-        EXPECT_EQ(Units::degrees(52.4, sources), row.degrees);
+        const Expected& expected = row.expected;
+        EXPECT_EQ(Units::degrees(52.4, sources), expected.degrees);
         const std::string temperature = Units::temperature(52.4, 1, sources);
-        EXPECT_THAT(temperature, StartsWith(row.temperatureNumber));
-        EXPECT_THAT(temperature, EndsWith(row.unitSymbol));
-        const std::string rpm = Units::rpm(2500, sources);
-        EXPECT_THAT(rpm, StartsWith(std::string(row.rpmBefore) + row.rpmNumber));
-        EXPECT_THAT(rpm, EndsWith(std::string(row.rpmNumber) + row.rpmAfter));
+        EXPECT_THAT(temperature, StartsWith(expected.temperatureNumber));
+        EXPECT_THAT(temperature, EndsWith(expected.unitSymbol));
+        std::string rpm = expected.rpmTemplate;
+        rpm.replace(rpm.find("%@"), 2, expected.rpmNumber);
+        EXPECT_EQ(Units::rpm(2500, sources), rpm);
     }
 }
 
