@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "Foundation/NumberParsing.h"
 #include "Foundation/TextTrimming.h"
 
 // Small scanning helpers shared by the kernel-file parsers. They never allocate: every piece
@@ -47,13 +48,15 @@ namespace corvane::text {
     return field;
 }
 
-/// `kibibytes` × 1024, absent when that does not fit in 64 bits.
-[[nodiscard]] constexpr std::optional<std::uint64_t> bytesFromKibibytes(std::uint64_t kibibytes) {
+/// A decimal count of KiB, as /proc/meminfo and /proc/vmstat print them, in bytes; absent when
+/// `number` is not a whole unsigned number or the bytes do not fit in 64 bits.
+[[nodiscard]] inline std::optional<std::uint64_t> bytesFromKibibytes(std::string_view number) {
+    const auto kibibytes = parseNumber<std::uint64_t>(number);
     constexpr std::uint64_t limit = UINT64_MAX / 1024;
-    if (kibibytes > limit) {
+    if (!kibibytes || *kibibytes > limit) {
         return std::nullopt;
     }
-    return kibibytes * 1024;
+    return *kibibytes * 1024;
 }
 
 }  // namespace corvane::text
