@@ -115,7 +115,7 @@ void appendExpanded(const Token& token, const DesktopEntry& entry,
     }
     if (token.text == "%i") {
         if (!entry.icon.empty()) {
-            arguments.push_back("--icon");
+            arguments.emplace_back("--icon");
             arguments.push_back(entry.icon);
         }
         return;

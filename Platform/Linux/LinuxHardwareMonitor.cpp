@@ -1,10 +1,10 @@
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 
-#include <limits.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <climits>
 #include <cstdint>
 #include <string_view>
 #include <utility>
