@@ -434,6 +434,30 @@ TEST_F(FeedUpdaterTest, SkippedBuildStaysQuietOnScheduleButAnAskedCheckShowsIt) 
     EXPECT_EQ(installedBuild(), "50");
 }
 
+// The settings window greys its button through this: it hears the state at once, every change
+// after, nothing once its subscription ends, and may end it after the updater is gone.
+TEST_F(FeedUpdaterTest, CanCheckObserversHearEachChangeUntilTheirSubscriptionEnds) {
+    const std::string archive = buildArchive(productEntries("io.test.App", "2.1", "57"));
+    offer(archive, keys.sign(archive));
+    driver.choice = UpdateUserChoice::dismiss;
+    auto updater = makeUpdater();
+    std::vector<bool> heard;
+    std::vector<bool> heardByEnded;
+    Subscription kept =
+        updater->observeCanCheckForUpdates([&heard](bool can) { heard.push_back(can); });
+    Subscription ended = updater->observeCanCheckForUpdates(
+        [&heardByEnded](bool can) { heardByEnded.push_back(can); });
+    ASSERT_EQ(updater->startUpdater(), std::nullopt);
+    ended.reset();
+    checkNow(*updater);
+
+    EXPECT_EQ(heard, (std::vector<bool>{false, true, false, true}));
+    EXPECT_EQ(heardByEnded, (std::vector<bool>{false, true}));
+    updater.reset();
+    kept.reset();
+    EXPECT_EQ(heard.size(), 4u);
+}
+
 TEST_F(FeedUpdaterTest, StartRefusesAHostItCannotUpdateSafely) {
     const std::string key = keys.publicBase64();
     struct Row {
