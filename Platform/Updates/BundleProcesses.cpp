@@ -1,10 +1,10 @@
 #include "Platform/Updates/BundleProcesses.h"
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <optional>
 #include <string>

@@ -1,9 +1,9 @@
 #include "Platform/Updates/BundleSwap.h"
 
 #include <fcntl.h>
-#include <stdio.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <optional>

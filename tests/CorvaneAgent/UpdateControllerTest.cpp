@@ -157,7 +157,7 @@ protected:
 };
 
 TEST_F(UpdateControllerTest, AgentOutsideAnAppStaysOffAndTouchesNoSetting) {
-    for (std::optional<fs::path> bundle :
+    for (const std::optional<fs::path>& bundle :
          {std::optional<fs::path>(), std::optional<fs::path>(folder / "build" / "a" / "b" / "c"),
           // Four levels up ends in .app but holds no bundle.
           std::optional<fs::path>(folder / "Empty.app" / "Contents" / "Library" / "LoginItems" /

@@ -30,10 +30,10 @@ protected:
             .environment = environment.lookup(),
             .agentBundle = std::move(agentBundle),
             .appBundleIdentifier = appIdentifier,
-            .post = [this](SharedSettings::Signal) { events.push_back("openSettings"); },
+            .post = [this](SharedSettings::Signal) { events.emplace_back("openSettings"); },
             .launch =
                 [this](const DetachedLaunch& launch) {
-                    events.push_back("launch");
+                    events.emplace_back("launch");
                     launches.push_back(launch);
                     return true;
                 },

@@ -18,8 +18,6 @@ using testing::TemporaryDirectory;
 using testing::writeBundleInfo;
 using testing::writeFile;
 
-constexpr const char* appIdentifier = "io.test.App";
-
 TEST(BundleDirectory, InfoOpensOnlyWithAnIdentifier) {
     struct Row {
         const char* name;

@@ -69,24 +69,24 @@ std::string feedOf(const std::string& items) {
 class RecordingDelegate final : public UpdaterDelegate {
 public:
     void didFindValidUpdate(const UpdateItem& item) override {
-        events.push_back("found " + item.displayVersionString + " (" + item.versionString + ")");
+        events.emplace_back("found " + item.displayVersionString + " (" + item.versionString + ")");
     }
     void updaterDidNotFindUpdate(const std::string& reason) override {
-        events.push_back("none: " + reason);
+        events.emplace_back("none: " + reason);
     }
     void didAbortWithError(const std::string& description) override {
-        events.push_back("abort: " + description);
+        events.emplace_back("abort: " + description);
         lastError = description;
     }
     void userDidMake(UpdateUserChoice choice) override {
-        events.push_back(choice == UpdateUserChoice::install ? "install"
-                         : choice == UpdateUserChoice::skip  ? "skip"
-                                                             : "dismiss");
+        events.emplace_back(choice == UpdateUserChoice::install ? "install"
+                            : choice == UpdateUserChoice::skip  ? "skip"
+                                                                : "dismiss");
     }
-    void willDownloadUpdate() override { events.push_back("download"); }
-    void didFinishUpdateCycle() override { events.push_back("finished"); }
+    void willDownloadUpdate() override { events.emplace_back("download"); }
+    void didFinishUpdateCycle() override { events.emplace_back("finished"); }
     bool updaterShouldRelaunchApplication() override { return true; }
-    void willInstallUpdate() override { events.push_back("will install"); }
+    void willInstallUpdate() override { events.emplace_back("will install"); }
 
     std::vector<std::string> events;
     std::string lastError;
