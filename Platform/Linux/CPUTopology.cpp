@@ -180,11 +180,9 @@ PerformanceLevels readPerformanceLevels(const std::filesystem::path& sysRoot) {
     std::vector<CPUCapacity> capacities;
     for (const auto cpu : online ? *online : listCPUFolders(cpuDirectory)) {
         const auto path = cpuDirectory / ("cpu" + std::to_string(cpu)) / "cpu_capacity";
-        const auto text = reader.read(path.c_str());
         // A CPU whose capacity cannot be read cannot be placed in a level; it goes uncounted
         // rather than guessed into one.
-        if (const auto capacity =
-                text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt) {
+        if (const auto capacity = reader.readNumber<std::uint64_t>(path.c_str())) {
             capacities.push_back({cpu, *capacity});
         }
     }
