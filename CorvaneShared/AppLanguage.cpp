@@ -95,7 +95,7 @@ std::vector<std::string> AppLanguage::systemLanguages() const {
             break;
         }
     }
-    const std::vector<std::string> english{std::string(fallbackLanguage)};
+    std::vector<std::string> english{std::string(fallbackLanguage)};
     if (locale.empty() || isCLocale(locale)) {
         return english;
     }
@@ -118,7 +118,7 @@ bool AppLanguage::isShippedChoice(const std::string& chosen) const {
 }
 
 std::string AppLanguage::code() const {
-    const std::string chosen = choice();
+    std::string chosen = choice();
     if (isShippedChoice(chosen)) {
         return chosen;
     }

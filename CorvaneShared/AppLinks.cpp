@@ -23,7 +23,7 @@ AppLinks::AppLinks(Sources sources)
 
 std::optional<fs::path> AppLinks::containingAppURL() const {
     if (sources.agentBundle) {
-        const std::optional<fs::path> candidate = embeddingAppBundle(*sources.agentBundle);
+        std::optional<fs::path> candidate = embeddingAppBundle(*sources.agentBundle);
         const std::optional<BundleInfo> info =
             candidate ? BundleDirectory::readInfo(*candidate) : std::nullopt;
         if (info && info->identifier == sources.appBundleIdentifier) {

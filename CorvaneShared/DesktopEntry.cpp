@@ -3,6 +3,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "Foundation/TextTrimming.h"
+
 namespace corvane::DesktopEntries {
 
 namespace {
@@ -13,14 +15,6 @@ using Environment = SharedSettings::EnvironmentLookup;
 
 bool isAbsolute(std::string_view directory) {
     return !directory.empty() && directory.front() == '/';
-}
-
-std::string trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
 }
 
 // The escapes of the string value type; any other backslash stays for the Exec quoting rules.
@@ -99,7 +93,7 @@ void appendExpanded(const Token& token, const DesktopEntry& entry,
     }
     if (token.text == "%i") {
         if (!entry.icon.empty()) {
-            arguments.push_back("--icon");
+            arguments.emplace_back("--icon");
             arguments.push_back(entry.icon);
         }
         return;
@@ -173,16 +167,16 @@ std::optional<DesktopEntry> read(const fs::path& file) {
     bool inMainGroup = false;
     for (std::string line; std::getline(stream, line);) {
         if (line.starts_with('[')) {
-            inMainGroup = trimmed(line) == "[Desktop Entry]";
+            inMainGroup = text::trim(line) == "[Desktop Entry]";
             continue;
         }
         const std::size_t equals = line.find('=');
         if (!inMainGroup || line.starts_with('#') || equals == std::string::npos) {
             continue;
         }
-        const std::string key = trimmed(std::string_view(line).substr(0, equals));
+        const std::string key(text::trim(std::string_view(line).substr(0, equals)));
         const std::string value =
-            unescapedValue(trimmed(std::string_view(line).substr(equals + 1)));
+            unescapedValue(text::trim(std::string_view(line).substr(equals + 1)));
         if (key == "Exec") {
             entry.exec = value;
         } else if (key == "Name") {

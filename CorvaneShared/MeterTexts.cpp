@@ -28,7 +28,8 @@ struct FormatterKey {
     int byteUnit;
     int fractionDigits;
 
-    auto operator<=>(const FormatterKey&) const = default;
+    // clang-tidy 14 takes the 0 a defaulted <=> compares with for a null pointer.
+    auto operator<=>(const FormatterKey&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 icu::MeasureUnit byteUnitAt(int index) {

@@ -68,7 +68,7 @@ private:
 class InMemorySettingsStore final : public SettingsStore {
 public:
     InMemorySettingsStore() = default;
-    explicit InMemorySettingsStore(SettingValue values);
+    explicit InMemorySettingsStore(SettingValue initial);
 
     bool set(std::string_view key, const SettingValue& value) override;
     SettingValue storedValues() const override;

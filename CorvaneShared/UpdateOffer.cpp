@@ -1,7 +1,7 @@
 #include "CorvaneShared/UpdateOffer.h"
 
 #include "Foundation/NumberParsing.h"
-#include "Platform/Linux/TextScanning.h"
+#include "Foundation/TextTrimming.h"
 
 namespace corvane::UpdateOffer {
 

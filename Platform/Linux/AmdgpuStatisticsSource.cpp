@@ -99,8 +99,7 @@ bool AmdgpuStatisticsSource::isRuntimeSuspended(const std::string& deviceDirecto
 }
 
 std::optional<std::uint64_t> AmdgpuStatisticsSource::readNumber(const std::string& path) {
-    const auto text = reader.read(path.c_str());
-    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
+    return reader.readNumber<std::uint64_t>(path.c_str());
 }
 
 }  // namespace corvane

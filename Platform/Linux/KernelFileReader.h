@@ -1,9 +1,13 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <string_view>
+
+#include "Foundation/NumberParsing.h"
+#include "Foundation/TextTrimming.h"
 
 namespace corvane {
 
@@ -24,6 +28,15 @@ public:
     /// EOPNOTSUPP as /proc/pressure answers with PSI disabled, EAGAIN) or reads empty. The view
     /// stays valid until the next call.
     [[nodiscard]] std::optional<std::string_view> read(const char* path);
+
+    /// The file as one decimal integer, as sysfs attributes hold a reading or a setting: blanks
+    /// and the line end around it are allowed. Absent when the file cannot be read or holds
+    /// anything else, or the value does not fit in `Integer`.
+    template <std::integral Integer>
+    [[nodiscard]] std::optional<Integer> readNumber(const char* path) {
+        const std::optional<std::string_view> text = read(path);
+        return text ? parseNumber<Integer>(text::trim(*text)) : std::nullopt;
+    }
 
 private:
     /// Doubles the buffer up to the limit, keeping its first `used` bytes; false at the limit.

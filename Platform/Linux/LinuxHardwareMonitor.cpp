@@ -1,10 +1,10 @@
 #include "Platform/Linux/LinuxHardwareMonitor.h"
 
-#include <limits.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <climits>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -185,8 +185,7 @@ std::optional<std::uint64_t> LinuxHardwareMonitor::readUnsigned(const std::strin
     if (path.empty()) {
         return std::nullopt;
     }
-    const auto text = reader.read(path.c_str());
-    return text ? parseNumber<std::uint64_t>(text::trim(*text)) : std::nullopt;
+    return reader.readNumber<std::uint64_t>(path.c_str());
 }
 
 std::optional<std::int64_t> LinuxHardwareMonitor::temperatureMillidegrees(std::size_t chip,
@@ -198,8 +197,7 @@ std::optional<std::int64_t> LinuxHardwareMonitor::temperatureMillidegrees(std::s
     }
     // Drivers answer EIO or ENODATA for a sensor that is absent or not ready (an NVMe drive's
     // second sensor, a disk spun down under drivetemp); the reader turns both into nothing.
-    const auto text = reader.read(path->c_str());
-    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
+    return reader.readNumber<std::int64_t>(path->c_str());
 }
 
 HwmonFanSpeeds LinuxHardwareMonitor::fanSpeeds(std::size_t chip, std::size_t sensor) {

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 
-#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -51,11 +50,7 @@ std::optional<std::uint64_t> bytesFromValue(std::string_view value) {
     if (unit != kibibyteUnit || !text::takeField(value).empty()) {
         return std::nullopt;
     }
-    const auto kibibytes = parseNumber<std::uint64_t>(number);
-    if (!kibibytes) {
-        return std::nullopt;
-    }
-    return text::bytesFromKibibytes(*kibibytes);
+    return text::bytesFromKibibytes(number);
 }
 
 }  // namespace

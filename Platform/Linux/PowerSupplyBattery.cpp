@@ -51,8 +51,7 @@ std::optional<std::string_view> readText(KernelFileReader& reader, const std::st
 }
 
 std::optional<std::int64_t> readInteger(KernelFileReader& reader, const std::string& path) {
-    const auto text = reader.read(path.c_str());
-    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
+    return reader.readNumber<std::int64_t>(path.c_str());
 }
 
 // A peripheral's supply (a wireless mouse, a headset, a phone on USB) says so with scope

@@ -1,5 +1,6 @@
 #include "Platform/Linux/ProcStat.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
@@ -23,15 +24,7 @@ constexpr std::size_t requiredColumns = 4;
 constexpr std::string_view cpuLabel = "cpu";
 
 bool isDecimalDigits(std::string_view text) {
-    if (text.empty()) {
-        return false;
-    }
-    for (char c : text) {
-        if (c < '0' || c > '9') {
-            return false;
-        }
-    }
-    return true;
+    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 bool isCPULabel(std::string_view label) {

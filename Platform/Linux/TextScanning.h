@@ -4,26 +4,18 @@
 #include <optional>
 #include <string_view>
 
+#include "Foundation/NumberParsing.h"
+#include "Foundation/TextTrimming.h"
+
 // Small scanning helpers shared by the kernel-file parsers. They never allocate: every piece
 // they hand out is a view into the text being parsed. Numbers are read with parseNumber
-// (Foundation/NumberParsing.h).
+// (Foundation/NumberParsing.h), and
+// values are trimmed with text::trim (Foundation/TextTrimming.h).
 namespace corvane::text {
 
 /// True for the separators the kernel puts between fields: spaces and tabs.
 [[nodiscard]] constexpr bool isBlank(char c) {
     return c == ' ' || c == '\t';
-}
-
-/// Removes leading and trailing blanks, line ends and NUL bytes.
-[[nodiscard]] constexpr std::string_view trim(std::string_view text) {
-    auto isPadding = [](char c) { return isBlank(c) || c == '\n' || c == '\r' || c == '\0'; };
-    while (!text.empty() && isPadding(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && isPadding(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
 }
 
 /// Splits off the first line of `text` (without its newline) and advances `text` past it.
@@ -56,13 +48,15 @@ namespace corvane::text {
     return field;
 }
 
-/// `kibibytes` × 1024, absent when that does not fit in 64 bits.
-[[nodiscard]] constexpr std::optional<std::uint64_t> bytesFromKibibytes(std::uint64_t kibibytes) {
+/// A decimal count of KiB, as /proc/meminfo and /proc/vmstat print them, in bytes; absent when
+/// `number` is not a whole unsigned number or the bytes do not fit in 64 bits.
+[[nodiscard]] inline std::optional<std::uint64_t> bytesFromKibibytes(std::string_view number) {
+    const auto kibibytes = parseNumber<std::uint64_t>(number);
     constexpr std::uint64_t limit = UINT64_MAX / 1024;
-    if (kibibytes > limit) {
+    if (!kibibytes || *kibibytes > limit) {
         return std::nullopt;
     }
-    return kibibytes * 1024;
+    return *kibibytes * 1024;
 }
 
 }  // namespace corvane::text

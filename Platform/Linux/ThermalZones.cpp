@@ -29,8 +29,7 @@ constexpr std::array<EnumName<ThermalTripType>, 4> tripTypeNames{{
 }};
 
 std::optional<std::int64_t> readMillidegrees(KernelFileReader& reader, const std::string& path) {
-    const auto text = reader.read(path.c_str());
-    return text ? parseNumber<std::int64_t>(text::trim(*text)) : std::nullopt;
+    return reader.readNumber<std::int64_t>(path.c_str());
 }
 
 }  // namespace

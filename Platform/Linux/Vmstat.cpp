@@ -1,6 +1,5 @@
 #include "Platform/Linux/Vmstat.h"
 
-#include "Foundation/NumberParsing.h"
 #include "Platform/Linux/TextScanning.h"
 
 namespace corvane {
@@ -18,11 +17,7 @@ std::optional<std::uint64_t> bytesFromValue(std::string_view value) {
     if (!text::takeField(value).empty()) {
         return std::nullopt;
     }
-    const auto kibibytes = parseNumber<std::uint64_t>(number);
-    if (!kibibytes) {
-        return std::nullopt;
-    }
-    return text::bytesFromKibibytes(*kibibytes);
+    return text::bytesFromKibibytes(number);
 }
 
 }  // namespace

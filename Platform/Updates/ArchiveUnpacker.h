@@ -20,10 +20,9 @@ namespace ArchiveUnpacker {
 inline constexpr std::uint64_t maximumUnpackedBytes = 2ull << 30;
 inline constexpr std::uint64_t maximumEntries = 100'000;
 
-/// Unpacks `archive` into the existing, empty folder `destination`. On a failure part of the
+/// Unpacks the archive `bytes` into the existing, empty `folder`. On a failure part of the
 /// archive may already be there: the caller removes the folder.
-std::optional<UpdateFailure> unpack(std::string_view archive,
-                                    const std::filesystem::path& destination);
+std::optional<UpdateFailure> unpack(std::string_view bytes, const std::filesystem::path& folder);
 
 /// The one relative path an entry named `name` may be written to, or absent when the name is
 /// empty, absolute, or climbs with "..". "./" prefixes and repeated separators are dropped.

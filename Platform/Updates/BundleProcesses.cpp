@@ -1,15 +1,18 @@
 #include "Platform/Updates/BundleProcesses.h"
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
+#include <csignal>
 #include <fstream>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+
+#include "Foundation/DirectoryListing.h"
+#include "Foundation/NumberParsing.h"
 
 namespace corvane {
 
@@ -17,10 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::optional<pid_t> processIdOf(const std::string& name) {
-    pid_t pid = 0;
-    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), pid);
-    if (error != std::errc{} || end != name.data() + name.size() || pid <= 0) {
+std::optional<pid_t> processIdOf(std::string_view name) {
+    const std::optional<pid_t> pid = parseNumber<pid_t>(name);
+    if (!pid || *pid <= 0) {
         return std::nullopt;
     }
     return pid;
@@ -54,13 +56,16 @@ std::vector<pid_t> BundleProcesses::runningFrom(const fs::path& bundle) {
         return found;
     }
     const pid_t self = ::getpid();
-    for (const auto& entry : fs::directory_iterator(procfs, error)) {
-        const std::optional<pid_t> pid = processIdOf(entry.path().filename().string());
+    // Processes come and go while the list is read; DirectoryListing never throws, where a
+    // directory_iterator's increment does on a read error.
+    DirectoryListing processes(procfs.c_str());
+    while (const std::optional<std::string_view> name = processes.next()) {
+        const std::optional<pid_t> pid = processIdOf(*name);
         if (!pid || *pid == self) {
             continue;
         }
         std::error_code unreadable;
-        const fs::path executable = fs::read_symlink(entry.path() / "exe", unreadable);
+        const fs::path executable = fs::read_symlink(procfs / *name / "exe", unreadable);
         if (!unreadable && isInside(executable, folder)) {
             found.push_back(*pid);
         }

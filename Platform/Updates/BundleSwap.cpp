@@ -1,13 +1,17 @@
 #include "Platform/Updates/BundleSwap.h"
 
 #include <fcntl.h>
-#include <stdio.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+
+#include "Foundation/DirectoryListing.h"
 
 namespace corvane::BundleSwap {
 
@@ -48,16 +52,19 @@ std::variant<fs::path, UpdateFailure> makeStagingFolder(const fs::path& bundle) 
 
 std::variant<fs::path, UpdateFailure> unpackedBundle(const fs::path& staging) {
     std::optional<fs::path> found;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(staging, error)) {
-        const bool isApp = entry.path().extension() == ".app" && entry.is_directory(error) &&
-                           !entry.is_symlink(error);
+    DirectoryListing entries(staging.c_str());
+    while (const std::optional<std::string_view> name = entries.next()) {
+        const fs::path entry = staging / *name;
+        std::error_code error;
+        // A symbolic link to a folder is not a folder here.
+        const bool isApp = entry.extension() == ".app" &&
+                           fs::is_directory(fs::symlink_status(entry, error)) && !error;
         if (!isApp || found) {
             return UpdateFailure{"the update archive does not hold exactly one .app folder"};
         }
-        found = entry.path();
+        found = entry;
     }
-    if (error || !found) {
+    if (!entries.isOpen() || !found) {
         return UpdateFailure{"the update archive does not hold exactly one .app folder"};
     }
     return *found;

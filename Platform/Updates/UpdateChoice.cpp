@@ -1,7 +1,7 @@
 #include "Platform/Updates/UpdateChoice.h"
 
 #include "Foundation/NumberParsing.h"
-#include "Platform/Linux/TextScanning.h"
+#include "Foundation/TextTrimming.h"
 
 namespace corvane::UpdateChoice {
 

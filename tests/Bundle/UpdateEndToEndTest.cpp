@@ -16,7 +16,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using corvane::testing::HttpResponse;
 using corvane::testing::LoopbackHttpServer;
 using corvane::testing::ProgramRun;
 using corvane::testing::readAll;

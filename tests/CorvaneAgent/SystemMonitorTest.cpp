@@ -78,7 +78,7 @@ public:
 
 class SystemMonitorTest : public ::testing::Test {
 protected:
-    std::shared_ptr<SystemMonitor> makeMonitor(std::set<MonitorSection> open = {}) {
+    std::shared_ptr<SystemMonitor> makeMonitor(const std::set<MonitorSection>& open = {}) {
         auto display = std::make_unique<FakeDisplayState>();
         displayHandler = display->handler;
         MonitorServices services{

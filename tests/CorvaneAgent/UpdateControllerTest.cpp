@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "CorvaneShared/BundleDirectory.h"
+#include "tests/CorvaneShared/BundleTestSupport.h"
 #include "tests/CorvaneShared/FakeEnvironment.h"
 #include "tests/CorvaneShared/FileTestSupport.h"
 #include "tests/support/LocalSignalBus.h"
@@ -25,6 +26,7 @@ using testing::FakeEnvironment;
 using testing::LocalSignalBus;
 using testing::ManualScheduler;
 using testing::TemporaryDirectory;
+using testing::writeBundleInfo;
 
 class RecordingLog final : public Log {
 public:
@@ -87,11 +89,6 @@ public:
     std::vector<pid_t> terminated;
     std::set<pid_t> killed;
 };
-
-void writeBundleInfo(const fs::path& bundle, const std::string& info) {
-    fs::create_directories(BundleDirectory::resourceDirectory(bundle));
-    testing::writeFile(BundleDirectory::resourceDirectory(bundle) / "bundle.json", info);
-}
 
 class UpdateControllerTest : public ::testing::Test {
 protected:
@@ -160,7 +157,7 @@ protected:
 };
 
 TEST_F(UpdateControllerTest, AgentOutsideAnAppStaysOffAndTouchesNoSetting) {
-    for (std::optional<fs::path> bundle :
+    for (const std::optional<fs::path>& bundle :
          {std::optional<fs::path>(), std::optional<fs::path>(folder / "build" / "a" / "b" / "c"),
           // Four levels up ends in .app but holds no bundle.
           std::optional<fs::path>(folder / "Empty.app" / "Contents" / "Library" / "LoginItems" /

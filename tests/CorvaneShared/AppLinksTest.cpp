@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CorvaneShared/BundleDirectory.h"
+#include "tests/CorvaneShared/BundleTestSupport.h"
 #include "tests/CorvaneShared/FakeEnvironment.h"
 #include "tests/CorvaneShared/FileTestSupport.h"
 
@@ -16,14 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::TemporaryDirectory;
+using testing::writeBundleInfo;
 using testing::writeFile;
 
 constexpr const char* appIdentifier = "io.test.App";
-
-void writeBundle(const fs::path& bundle, const std::string& info) {
-    fs::create_directories(BundleDirectory::resourceDirectory(bundle));
-    writeFile(BundleDirectory::resourceDirectory(bundle) / "bundle.json", info);
-}
 
 /// An agent whose environment, launches and posted signals are recorded.
 class AppLinksTest : public ::testing::Test {
@@ -33,10 +30,10 @@ protected:
             .environment = environment.lookup(),
             .agentBundle = std::move(agentBundle),
             .appBundleIdentifier = appIdentifier,
-            .post = [this](SharedSettings::Signal) { events.push_back("openSettings"); },
+            .post = [this](SharedSettings::Signal) { events.emplace_back("openSettings"); },
             .launch =
                 [this](const DetachedLaunch& launch) {
-                    events.push_back("launch");
+                    events.emplace_back("launch");
                     launches.push_back(launch);
                     return true;
                 },
@@ -105,7 +102,7 @@ TEST_F(AppLinksTest, ContainingAppIsTheEmbeddingBundleElseTheFirstVisibleDesktop
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         fs::remove_all(root.path());
-        writeBundle(root / row.appFolder, row.appInfo);
+        writeBundleInfo(root / row.appFolder, row.appInfo);
         for (auto [folder, entry] :
              {std::pair{"home", row.userEntry}, std::pair{"system", row.systemEntry}}) {
             if (entry != nullptr) {
@@ -124,7 +121,7 @@ TEST_F(AppLinksTest, StartsTheEmbeddingBundlesExecutableOrOnlyPostsWhenThereIsNo
     links(agent).openSettingsApp();
     EXPECT_EQ(events, (std::vector<std::string>{"openSettings"}));
 
-    writeBundle(app, R"({"identifier": "io.test.App", "executable": "bin/corvane"})");
+    writeBundleInfo(app, R"({"identifier": "io.test.App", "executable": "bin/corvane"})");
     links(agent).openSettingsApp();
     ASSERT_EQ(launches.size(), 1u);
     EXPECT_EQ(launches[0].program, (app / "bin/corvane").string());

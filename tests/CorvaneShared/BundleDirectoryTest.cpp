@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/CorvaneShared/BundleTestSupport.h"
 #include "tests/CorvaneShared/FileTestSupport.h"
 
 namespace corvane {
@@ -14,14 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::TemporaryDirectory;
+using testing::writeBundleInfo;
 using testing::writeFile;
-
-constexpr const char* appIdentifier = "io.test.App";
-
-void writeBundle(const fs::path& bundle, const std::string& info) {
-    fs::create_directories(BundleDirectory::resourceDirectory(bundle));
-    writeFile(BundleDirectory::resourceDirectory(bundle) / "bundle.json", info);
-}
 
 TEST(BundleDirectory, InfoOpensOnlyWithAnIdentifier) {
     struct Row {
@@ -43,7 +38,7 @@ TEST(BundleDirectory, InfoOpensOnlyWithAnIdentifier) {
         SCOPED_TRACE(row.name);
         TemporaryDirectory bundle;
         if (row.file) {
-            writeBundle(bundle.path(), *row.file);
+            writeBundleInfo(bundle.path(), *row.file);
         }
         const std::optional<BundleInfo> info = BundleDirectory::readInfo(bundle.path());
         EXPECT_EQ(info ? std::optional(info->identifier) : std::nullopt, row.identifier);
@@ -52,7 +47,7 @@ TEST(BundleDirectory, InfoOpensOnlyWithAnIdentifier) {
 
 TEST(BundleDirectory, LocalizationsAreTheTranslationFilesAndTheExecutableFindsItsBundle) {
     TemporaryDirectory prefix;
-    writeBundle(prefix.path(), R"({"identifier": "a.b"})");
+    writeBundleInfo(prefix.path(), R"({"identifier": "a.b"})");
     const fs::path translations =
         BundleDirectory::resourceDirectory(prefix.path()) / "translations";
     fs::create_directories(translations);

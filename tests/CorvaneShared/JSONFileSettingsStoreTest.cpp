@@ -202,7 +202,7 @@ TEST(JSONFileSettingsStore, FailedWriteLeavesFileAsItWas) {
          }},
         {"lock file is a folder",
          [](const TemporaryDirectory& directory) {
-             const fs::path path = directory / "settings.json";
+             fs::path path = directory / "settings.json";
              EXPECT_TRUE(JSONFileSettingsStore(path).set("a", 1));
              fs::remove(directory / "settings.json.lock");
              fs::create_directory(directory / "settings.json.lock");
@@ -210,7 +210,7 @@ TEST(JSONFileSettingsStore, FailedWriteLeavesFileAsItWas) {
          }},
         {"file is not a regular file",
          [](const TemporaryDirectory& directory) {
-             const fs::path path = directory / "settings.json";
+             fs::path path = directory / "settings.json";
              EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
              return path;
          }},

@@ -41,7 +41,8 @@ TEST(MeterContent, EveryDrawnDifferenceChangesTheSignature) {
         {"symbol", [](MeterContent& c) { c.symbol = {}; }},
         {"graph style", [](MeterContent& c) { c.graph = MeterGraph::wave; }},
         {"one bar's level", [](MeterContent& c) { c.levels[1] = 13; }},
-        {"a bar more", [](MeterContent& c) { c.levels.push_back(0), c.fastCores.push_back(0); }},
+        {"a bar more",
+         [](MeterContent& c) { c.levels.push_back(0), c.fastCores.push_back(false); }},
         {"which bar is fast",
          [](MeterContent& c) {
              c.fastCores = {true, false, true, true};

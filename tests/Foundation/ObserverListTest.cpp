@@ -14,9 +14,9 @@ TEST(ObserverList, TellsInOrderUntilEachSubscriptionEnds) {
     ObserverList<int> list;
     std::vector<std::string> told;
     Subscription first =
-        list.add([&](int value) { told.push_back("first " + std::to_string(value)); });
+        list.add([&](int value) { told.emplace_back("first " + std::to_string(value)); });
     Subscription second =
-        list.add([&](int value) { told.push_back("second " + std::to_string(value)); });
+        list.add([&](int value) { told.emplace_back("second " + std::to_string(value)); });
     list.notify(1);
     first.reset();
     list.notify(2);
@@ -35,12 +35,12 @@ TEST(ObserverList, CallbacksMayChangeTheListWhileBeingTold) {
     // Ends its own subscription, ends a later one, and adds one: the later one is not called,
     // the added one only from the next notification on.
     ownEnd = list.add([&] {
-        told.push_back("ends itself");
+        told.emplace_back("ends itself");
         ownEnd.reset();
         cancelled.reset();
-        added = list.add([&] { told.push_back("added"); });
+        added = list.add([&] { told.emplace_back("added"); });
     });
-    cancelled = list.add([&] { told.push_back("cancelled"); });
+    cancelled = list.add([&] { told.emplace_back("cancelled"); });
     list.notify();
     list.notify();
     EXPECT_EQ(told, (std::vector<std::string>{"ends itself", "added"}));

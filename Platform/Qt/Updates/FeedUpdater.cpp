@@ -11,12 +11,12 @@
 
 #include <cstdio>
 #include <fstream>
-#include <map>
 #include <system_error>
 #include <utility>
 
 #include "CorvaneShared/BundleDirectory.h"
 #include "CorvaneShared/UpdateOffer.h"
+#include "Foundation/ObserverList.h"
 #include "Platform/Qt/Updates/UpdateFeed.h"
 #include "Platform/Updates/ArchiveSignature.h"
 #include "Platform/Updates/ArchiveUnpacker.h"
@@ -82,8 +82,7 @@ public:
     bool started = false;
     bool inCycle = false;
     bool automatic = false;
-    std::map<int, std::shared_ptr<std::function<void(bool)>>> observers;
-    int nextObserver = 0;
+    ObserverList<bool> canCheckObservers;
 
 private:
     UpdaterDelegate& delegate() { return services.setup.delegate; }
@@ -167,11 +166,7 @@ std::optional<std::string> FeedUpdater::Session::start() {
 }
 
 void FeedUpdater::Session::setCanCheck(bool value) {
-    // Observers may end their own subscription while being told.
-    auto current = observers;
-    for (const auto& [id, observer] : current) {
-        (*observer)(value);
-    }
+    canCheckObservers.notify(value);
 }
 
 void FeedUpdater::Session::checkIfDue() {
@@ -498,10 +493,7 @@ bool FeedUpdater::canCheckForUpdates() const {
 
 Subscription FeedUpdater::observeCanCheckForUpdates(std::function<void(bool)> observer) {
     observer(canCheckForUpdates());
-    const int id = session->nextObserver++;
-    session->observers.emplace(id,
-                               std::make_shared<std::function<void(bool)>>(std::move(observer)));
-    return Subscription([session = session.get(), id] { session->observers.erase(id); });
+    return session->canCheckObservers.add(std::move(observer));
 }
 
 void FeedUpdater::checkForUpdates() {

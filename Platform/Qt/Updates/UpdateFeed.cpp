@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "Foundation/NumberParsing.h"
-#include "Platform/Linux/TextScanning.h"
+#include "Foundation/TextTrimming.h"
 
 namespace corvane::UpdateFeed {
 

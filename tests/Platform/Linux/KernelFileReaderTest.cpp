@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -47,6 +49,32 @@ TEST_F(KernelFileReaderTest, AbsentWhenTheFileCannotBeRead) {
     EXPECT_EQ(reader.read((directory / "missing").c_str()), std::nullopt);
     EXPECT_EQ(reader.read(empty.c_str()), std::nullopt);
     EXPECT_EQ(reader.read(directory.c_str()), std::nullopt) << "a directory fails with EISDIR";
+}
+
+// A sysfs attribute holds one number and its line end; anything more or less is no reading.
+TEST_F(KernelFileReaderTest, ReadsANumberFileOnlyWhenItHoldsOneWholeNumber) {
+    struct Row {
+        const char* name;
+        const char* content;
+        std::optional<std::int64_t> expected;
+    };
+    const Row rows[] = {
+        {"with its line end", "45000\n", 45000},
+        {"padded with blanks", " \t-12 \n", -12},
+        {"two numbers", "1 2\n", std::nullopt},
+        {"a unit after it", "12mV\n", std::nullopt},
+        {"only a line end", "\n", std::nullopt},
+        {"past 64 bits", "9223372036854775808\n", std::nullopt},
+    };
+    KernelFileReader reader;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto path = write("number", row.content);
+        EXPECT_EQ(reader.readNumber<std::int64_t>(path.c_str()), row.expected);
+    }
+    EXPECT_EQ(reader.readNumber<std::int64_t>((directory / "missing").c_str()), std::nullopt);
+    const auto negative = write("negative", "-1\n");
+    EXPECT_EQ(reader.readNumber<std::uint64_t>(negative.c_str()), std::nullopt);
 }
 
 TEST_F(KernelFileReaderTest, ReadsTheWholeFileWhateverItsSize) {

@@ -21,7 +21,7 @@ using SharedSettings::Signal;
 class QtDBusSignalBusTest : public testing::BusTest {
 protected:
     /// A handler that records `who`, marked when it runs off the main thread.
-    std::function<void()> hear(std::string who) {
+    std::function<void()> hear(const std::string& who) {
         return [this, who, mainThread = std::this_thread::get_id()] {
             heard.push_back(std::this_thread::get_id() == mainThread ? who : who + " elsewhere");
         };
@@ -52,7 +52,7 @@ TEST_F(QtDBusSignalBusTest, DestroyedListenerHearsNothingMore) {
     SignalListener survivor(bus, "suite");
     auto doomed = std::make_unique<SignalListener>(bus, "suite");
     survivor.listen(Signal::settings, [&] {
-        heard.push_back("survivor");
+        heard.emplace_back("survivor");
         doomed.reset();
     });
     doomed->listen(Signal::settings, hear("doomed"));

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -25,7 +25,6 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ArchiveEntry;
 using testing::buildArchive;
 using testing::TemporaryDirectory;
 using testing::TestKeys;

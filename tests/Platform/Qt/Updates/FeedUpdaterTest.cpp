@@ -69,24 +69,24 @@ std::string feedOf(const std::string& items) {
 class RecordingDelegate final : public UpdaterDelegate {
 public:
     void didFindValidUpdate(const UpdateItem& item) override {
-        events.push_back("found " + item.displayVersionString + " (" + item.versionString + ")");
+        events.emplace_back("found " + item.displayVersionString + " (" + item.versionString + ")");
     }
     void updaterDidNotFindUpdate(const std::string& reason) override {
-        events.push_back("none: " + reason);
+        events.emplace_back("none: " + reason);
     }
     void didAbortWithError(const std::string& description) override {
-        events.push_back("abort: " + description);
+        events.emplace_back("abort: " + description);
         lastError = description;
     }
     void userDidMake(UpdateUserChoice choice) override {
-        events.push_back(choice == UpdateUserChoice::install ? "install"
-                         : choice == UpdateUserChoice::skip  ? "skip"
-                                                             : "dismiss");
+        events.emplace_back(choice == UpdateUserChoice::install ? "install"
+                            : choice == UpdateUserChoice::skip  ? "skip"
+                                                                : "dismiss");
     }
-    void willDownloadUpdate() override { events.push_back("download"); }
-    void didFinishUpdateCycle() override { events.push_back("finished"); }
+    void willDownloadUpdate() override { events.emplace_back("download"); }
+    void didFinishUpdateCycle() override { events.emplace_back("finished"); }
     bool updaterShouldRelaunchApplication() override { return true; }
-    void willInstallUpdate() override { events.push_back("will install"); }
+    void willInstallUpdate() override { events.emplace_back("will install"); }
 
     std::vector<std::string> events;
     std::string lastError;
@@ -432,6 +432,30 @@ TEST_F(FeedUpdaterTest, SkippedBuildStaysQuietOnScheduleButAnAskedCheckShowsIt) 
     checkNow(*updater);
     EXPECT_EQ(delegate.events, (std::vector<std::string>{"found 2.1 (57)", "dismiss", "finished"}));
     EXPECT_EQ(installedBuild(), "50");
+}
+
+// The settings window greys its button through this: it hears the state at once, every change
+// after, nothing once its subscription ends, and may end it after the updater is gone.
+TEST_F(FeedUpdaterTest, CanCheckObserversHearEachChangeUntilTheirSubscriptionEnds) {
+    const std::string archive = buildArchive(productEntries("io.test.App", "2.1", "57"));
+    offer(archive, keys.sign(archive));
+    driver.choice = UpdateUserChoice::dismiss;
+    auto updater = makeUpdater();
+    std::vector<bool> heard;
+    std::vector<bool> heardByEnded;
+    Subscription kept =
+        updater->observeCanCheckForUpdates([&heard](bool can) { heard.push_back(can); });
+    Subscription ended = updater->observeCanCheckForUpdates(
+        [&heardByEnded](bool can) { heardByEnded.push_back(can); });
+    ASSERT_EQ(updater->startUpdater(), std::nullopt);
+    ended.reset();
+    checkNow(*updater);
+
+    EXPECT_EQ(heard, (std::vector<bool>{false, true, false, true}));
+    EXPECT_EQ(heardByEnded, (std::vector<bool>{false, true}));
+    updater.reset();
+    kept.reset();
+    EXPECT_EQ(heard.size(), 4u);
 }
 
 TEST_F(FeedUpdaterTest, StartRefusesAHostItCannotUpdateSafely) {
