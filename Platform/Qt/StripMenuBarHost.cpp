@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPointer>
+#include <QRect>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
@@ -452,10 +453,19 @@ void StripMenuBarHost::removeItem(MenuBarItem& item) {
 }
 
 std::optional<ScreenRect> StripMenuBarHost::primaryScreenVisibleFrame() const {
-    if (QScreen* screen = QGuiApplication::primaryScreen()) {
-        return toScreenRect(screen->availableGeometry());
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    // Below the bar even before the window manager reports the height the bar reserves (Qt
+    // learns of a new work area late, and sometimes not at all), or when no manager honours
+    // the reservation.
+    QRect area = screen->availableGeometry();
+    const QRect barFrame = bar->frameGeometry();
+    if (barFrame.intersects(area) && area.top() < barFrame.bottom() + 1) {
+        area.setTop(barFrame.bottom() + 1);
+    }
+    return toScreenRect(area);
 }
 
 PointerState StripMenuBarHost::pointerState() const {
