@@ -276,6 +276,13 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     return options;
 }
 
+bool runsTheMenuBar(const std::vector<std::string>& arguments) {
+    const std::vector<std::string_view> words(arguments.begin(), arguments.end());
+    const auto parsed = parseAgentArguments(words);
+    const auto* options = std::get_if<AgentOptions>(&parsed);
+    return options != nullptr && options->mode == AgentOptions::Mode::menuBar;
+}
+
 std::string agentUsage() {
     std::string text = R"(Usage: corvane-agent [options]
 

@@ -64,6 +64,11 @@ struct ArgumentError {
 std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     std::span<const std::string_view> arguments);
 
+/// Whether a copy of the agent started with `arguments` (after the program name) runs the menu
+/// bar: a headless or one-off copy (--stream, --render, --update-check, ...) does not, nor one
+/// whose arguments are refused, since it has already left.
+bool runsTheMenuBar(const std::vector<std::string>& arguments);
+
 /// The text `--help` prints.
 std::string agentUsage();
 

@@ -15,6 +15,8 @@ struct ProcessRecord {
     std::optional<std::chrono::system_clock::time_point> started;
     /// The file the process runs.
     std::string path;
+    /// The arguments after the program's name; empty when its command line cannot be read.
+    std::vector<std::string> arguments;
 
     friend bool operator==(const ProcessRecord&, const ProcessRecord&) = default;
 };

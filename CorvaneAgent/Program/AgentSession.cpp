@@ -175,9 +175,14 @@ int runAgent(int& argc, char** argv, const AgentOptions& options, AppLanguage& l
         .shouldYieldToAnEarlierInstance =
             [] {
                 const LinuxProcessTable table;
-                return shouldYieldToAnEarlierInstance(
-                    static_cast<std::int32_t>(::getpid()),
-                    ProcessScan::runningAgents(table, static_cast<std::uint32_t>(::getuid())));
+                auto copies =
+                    ProcessScan::runningAgents(table, static_cast<std::uint32_t>(::getuid()));
+                // A copy streaming readings in a terminal shows no menu bar: no reason to leave.
+                std::erase_if(copies, [](const ProcessScan::Entry& copy) {
+                    return !runsTheMenuBar(copy.arguments);
+                });
+                return shouldYieldToAnEarlierInstance(static_cast<std::int32_t>(::getpid()),
+                                                      copies);
             },
         .makeMonitor =
             [&] {

@@ -37,17 +37,26 @@ std::optional<std::string> linkTarget(const fs::path& link) {
     return std::string(path);
 }
 
-std::optional<std::string> executableOf(const fs::path& process, KernelFileReader& reader) {
+// cmdline holds each word followed by a NUL, so words may hold blanks.
+std::vector<std::string> commandWords(std::string_view commandLine) {
+    std::vector<std::string> words;
+    while (!commandLine.empty()) {
+        const std::size_t end = std::min(commandLine.find('\0'), commandLine.size());
+        words.emplace_back(commandLine.substr(0, end));
+        commandLine.remove_prefix(std::min(end + 1, commandLine.size()));
+    }
+    return words;
+}
+
+std::optional<std::string> executableOf(const fs::path& process,
+                                        const std::vector<std::string>& words) {
     if (auto target = linkTarget(process / "exe")) {
         return target;
     }
-    // cmdline is NUL-separated, so its first word is argv[0] even when that holds blanks.
-    const auto commandLine = reader.read((process / "cmdline").c_str());
-    if (!commandLine) {
+    if (words.empty() || words.front().empty()) {
         return std::nullopt;
     }
-    const std::string_view first = commandLine->substr(0, commandLine->find('\0'));
-    return first.empty() ? std::nullopt : std::optional<std::string>(first);
+    return words.front();
 }
 
 std::optional<std::uint32_t> ownerOf(const fs::path& process, KernelFileReader& reader) {
@@ -124,13 +133,20 @@ std::vector<ProcessRecord> LinuxProcessTable::processesOf(std::uint32_t user) co
         if (ownerOf(process, reader) != user) {
             continue;
         }
-        auto path = executableOf(process, reader);
+        const auto commandLine = reader.read((process / "cmdline").c_str());
+        std::vector<std::string> words =
+            commandLine ? commandWords(*commandLine) : std::vector<std::string>();
+        auto path = executableOf(process, words);
         if (!path) {
             continue;
         }
+        if (!words.empty()) {
+            words.erase(words.begin());
+        }
         records.push_back({.pid = *pid,
                            .started = startOf(process, reader, bootTime, ticksPerSecond),
-                           .path = std::move(*path)});
+                           .path = std::move(*path),
+                           .arguments = std::move(words)});
     }
     std::ranges::sort(records, {}, &ProcessRecord::pid);
     return records;

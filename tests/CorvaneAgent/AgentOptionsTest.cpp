@@ -41,6 +41,26 @@ TEST(AgentOptions, RenderIsAOneOffModeWithItsDirectory) {
     EXPECT_EQ(options.refreshes, 1);
 }
 
+TEST(AgentOptions, OnlyACopyWithoutAModeRunsTheMenuBar) {
+    struct Row {
+        std::vector<std::string> arguments;
+        bool menuBar;
+    };
+    const Row rows[] = {
+        {{}, true},
+        {{"--menu-bar", "tray", "--procfs", "/proc"}, true},
+        {{"--stream"}, false},
+        {{"--render", "/tmp/meters"}, false},
+        {{"--update-check"}, false},
+        {{"--help"}, false},
+        {{"--menu-bar", "nowhere"}, false},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(runsTheMenuBar(row.arguments), row.menuBar)
+            << testing::PrintToString(row.arguments);
+    }
+}
+
 TEST(AgentOptions, HelpWinsOverEverythingAfterIt) {
     auto parsed = parse({"--stream", "--help", "--bogus"});
     ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));

@@ -112,7 +112,11 @@ run_leaving_agent() {
 
 post_quit() { "$ctl" post quitAgent; }
 
-# 1. A second copy leaves at once, saying why, while the first runs on.
+# 1. A copy streaming readings shows no menu bar, so the first menu-bar copy stays up beside
+# it; a second menu-bar copy leaves at once, saying why, while the first runs on.
+"$agent" --stream >/dev/null 2>&1 &
+started="$started $!"
+sleep 0.3
 if ! start_agent first; then
     if [ "$CORVANE_LIFECYCLE_ISOLATION" = shared ] &&
         grep -qF "another copy of this install is already up" "$work/first.log"; then

@@ -41,12 +41,15 @@ TEST(LinuxProcessTable, ReadsOwnProcessesWithPathAndStartTime) {
     const auto booted = std::chrono::system_clock::time_point(seconds(1'700'000'000));
     const LinuxProcessTable table(fixtures / "agent-copies-elsewhere/proc", 100);
     // 6300 runs a file replaced since it started; 6400 has no readable link, so its command
-    // line names it; 6500 has neither and is left out.
+    // line names it (and gives its arguments); 6500 has neither and is left out.
     const std::vector<ProcessRecord> expected = {
         {6200, booted + seconds(90), "/usr/bin/corvane-agent"},
         {6300, booted + seconds(30),
          "/home/ada/Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app/bin/corvane-agent"},
-        {6400, booted + std::chrono::milliseconds(90'500), "/home/ada/bin/corvane-agent"},
+        {6400,
+         booted + std::chrono::milliseconds(90'500),
+         "/home/ada/bin/corvane-agent",
+         {"--stream"}},
     };
     EXPECT_EQ(table.processesOf(1000), expected);
     EXPECT_TRUE(table.processesOf(1001).empty());
