@@ -83,14 +83,18 @@ std::variant<std::unique_ptr<DesktopMenuBar>, std::string> DesktopMenuBar::start
                        return monitor ? monitor->totalCores() : 0;
                    }},
         .units = units,
-        // The strip is Corvane's own dark bar; a tray item sits on the desktop's panel, whose
-        // colours the desktop's preference tells best.
-        .palette = kind == MenuBarHostKind::strip ? std::function<MeterPalette()>()
-                                                  : std::function<MeterPalette()>([self] {
-                                                        return self->colorScheme.prefersDark()
-                                                                   ? MeterPalette::lightOnDark
-                                                                   : MeterPalette::darkOnLight;
-                                                    }),
+        // The strip is Corvane's own dark bar. A tray item sits on the desktop's panel, whose
+        // colours the desktop's stated preference tells best; without one, light meters, since
+        // most desktops' panels are dark whatever their windows are (Xfce, Cinnamon, Budgie,
+        // GNOME's top bar), and Qt's own palette then only says what windows look like.
+        .palette = kind == MenuBarHostKind::strip
+                       ? std::function<MeterPalette()>()
+                       : std::function<MeterPalette()>([self] {
+                             return self->colorScheme.preference() ==
+                                            DesktopColorScheme::Preference::light
+                                        ? MeterPalette::darkOnLight
+                                        : MeterPalette::lightOnDark;
+                         }),
     };
     bar->meters = std::make_unique<DrawnMeterViews>(services.monitor, std::move(meterSources));
 
