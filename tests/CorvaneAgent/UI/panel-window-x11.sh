@@ -35,7 +35,12 @@ demo_pid=$!
 pids+=("$demo_pid")
 panel=$(timeout 10 xdotool search --sync --name '^Sensors$' | head -n1) || fail "no panel window"
 other=$(xdotool search --name '^Other window$' | head -n1)
-sleep 0.5
+# The manager takes the window over in its own time, slower on a loaded machine: wait until it
+# has said how it framed the window.
+for _ in $(seq 100); do
+    xprop -id "$panel" _NET_FRAME_EXTENTS | grep -q '= 0, 0, 0, 0$' && break
+    sleep 0.05
+done
 
 # A manager without _NET_WM_STATE_STICKY (openbox) keeps the window on every desktop through
 # _NET_WM_DESKTOP alone, and drops the state it does not know.
