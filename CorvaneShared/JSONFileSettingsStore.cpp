@@ -16,6 +16,7 @@
 
 #include "Foundation/BoundedFileRead.h"
 #include "Foundation/FileDescriptor.h"
+#include "Foundation/FileReplacement.h"
 
 namespace corvane {
 
@@ -24,7 +25,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view lockSuffix = ".lock";
-constexpr std::string_view temporarySuffix = ".tmp-XXXXXX";
 constexpr std::string_view backupInfix = ".corrupt-";
 constexpr std::string_view backupTimestampPattern = "YYYYMMDDTHHMMSSZ";
 // Backups made within one second get "-1" … "-999"; beyond that the write fails rather than
@@ -34,7 +34,7 @@ constexpr std::size_t longestBackupSuffix =
     backupInfix.size() + backupTimestampPattern.size() + std::string_view("-999").size();
 static_assert(JSONFileSettingsStore::maximumFileNameLength + longestBackupSuffix == NAME_MAX);
 static_assert(lockSuffix.size() <= longestBackupSuffix);
-static_assert(temporarySuffix.size() <= longestBackupSuffix);
+static_assert(replacementTemporarySuffix.size() <= longestBackupSuffix);
 
 // A missing file has the default identity.
 struct FileIdentity {
@@ -76,20 +76,6 @@ struct FileSnapshot {
     FileDescriptor descriptor;
     std::optional<struct stat> status;
 };
-
-bool writeAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
 
 // Whether `value` has more than `levels` levels of arrays and objects. The recursion stops at
 // the limit, so a value of any depth is safe to check.
@@ -263,31 +249,6 @@ bool backUpCorruptFile(const fs::path& path, int source) {
     return false;
 }
 
-// Removes the temporary file unless it was renamed into place.
-class TemporaryFileGuard {
-public:
-    explicit TemporaryFileGuard(std::string name) : path(std::move(name)) {}
-    TemporaryFileGuard(const TemporaryFileGuard&) = delete;
-    TemporaryFileGuard& operator=(const TemporaryFileGuard&) = delete;
-    ~TemporaryFileGuard() {
-        if (!committed) {
-            ::unlink(path.c_str());
-        }
-    }
-    void commit() { committed = true; }
-
-private:
-    std::string path;
-    bool committed = false;
-};
-
-// Makes a rename durable across a crash.
-bool syncDirectory(const fs::path& directory) {
-    FileDescriptor folder(
-        ::open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return folder.isOpen() && ::fsync(folder.get()) == 0;
-}
-
 // The file's text: indented for people who edit it by hand, unless the indentation alone would
 // take it past what a read accepts. Absent when even the compact text is too large.
 std::optional<std::string> fileText(const SettingValue& values) {
@@ -311,27 +272,17 @@ std::optional<FileSnapshot> replaceFile(const fs::path& path, const SettingValue
         return std::nullopt;
     }
 
-    std::string temporaryName = path.string() + std::string(temporarySuffix);
-    FileDescriptor temporary(::mkostemp(temporaryName.data(), O_CLOEXEC));
-    if (!temporary.isOpen()) {
-        return std::nullopt;
-    }
-    TemporaryFileGuard guard(temporaryName);
     const mode_t permissions = current.status ? current.status->st_mode & 0777 : 0600;
+    std::optional<FileDescriptor> replaced = replaceFileContents(path, *text, permissions);
     struct stat status {};
-    if (!writeAll(temporary.get(), *text) || ::fchmod(temporary.get(), permissions) != 0 ||
-        ::fsync(temporary.get()) != 0 || ::fstat(temporary.get(), &status) != 0 ||
-        ::rename(temporaryName.c_str(), path.c_str()) != 0) {
+    if (!replaced || ::fstat(replaced->get(), &status) != 0) {
         return std::nullopt;
     }
-    guard.commit();
-    // The new file is in place whatever this answers; a failure only weakens crash durability.
-    syncDirectory(path.parent_path());
 
     FileSnapshot written;
     written.state = FileState::readable;
     written.values = values;
-    written.descriptor = std::move(temporary);
+    written.descriptor = std::move(*replaced);
     written.status = status;
     return written;
 }

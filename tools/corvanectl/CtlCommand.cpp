@@ -22,6 +22,12 @@ constexpr std::array<EnumName<ValueType>, 3> typeFlags{{
     {ValueType::string, "--string"},
 }};
 
+constexpr std::array<EnumName<CtlCommand::AutostartAction>, 3> autostartActions{{
+    {CtlCommand::AutostartAction::on, "on"},
+    {CtlCommand::AutostartAction::off, "off"},
+    {CtlCommand::AutostartAction::status, "status"},
+}};
+
 struct Command;
 using ParseOperands = std::variant<CtlCommand, CtlUsageError> (*)(
     const Command& command, std::span<const std::string_view> operands);
@@ -134,6 +140,16 @@ std::variant<CtlCommand, CtlUsageError> parseSignals(const Command& entry,
     return command;
 }
 
+std::variant<CtlCommand, CtlUsageError> parseAutostart(const Command& entry,
+                                                       std::span<const std::string_view> operands) {
+    const auto action =
+        operands.size() == 1 ? enumFromRaw(autostartActions, operands[0]) : std::nullopt;
+    if (!action) {
+        return CtlUsageError{"autostart needs one of on, off, status"};
+    }
+    return CtlCommand{.verb = entry.verb, .autostart = *action};
+}
+
 // Every command, in the order --help lists them. A new command is one row here (and its case
 // in CtlCommand::Verb); parsing and the usage text come from the row.
 constexpr Command commands[] = {
@@ -156,6 +172,10 @@ constexpr Command commands[] = {
      "print the name of each signal received, one per line, until\n"
      "interrupted (every signal when none is named)",
      parseSignals},
+    {Verb::autostart, "autostart", "on|off|status",
+     "start the agent at login or not (an XDG autostart entry),\n"
+     "or print on, off or elsewhere PROGRAM",
+     parseAutostart},
 };
 
 }  // namespace
@@ -225,8 +245,12 @@ Settings: $XDG_CONFIG_HOME/corvane/<suite>.json (default ~/.config/corvane); the
 suite is the application group, or $CORVANE_SETTINGS_SUITE when set. Signals are
 D-Bus signals on the session bus, named after the suite.
 
-Exit status: 0 on success; 1 when get finds no value, a write fails or there is
-no session bus; 2 for a bad command line or a settings file that cannot be read.
+Login item: $XDG_CONFIG_HOME/autostart/<agent identifier>.desktop (default
+~/.config/autostart); CORVANE_NO_LOGIN_ITEM (not 0) leaves it alone.
+
+Exit status: 0 on success; 1 when get finds no value, a write fails, there is no
+session bus or autostart is refused; 2 for a bad command line or a settings file
+that cannot be read.
 )";
     return text;
 }

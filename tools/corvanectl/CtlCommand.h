@@ -14,9 +14,11 @@ namespace corvane {
 
 /// What `corvanectl` was asked to do.
 struct CtlCommand {
-    enum class Verb { help, get, set, remove, list, post, watch };
+    enum class Verb { help, get, set, remove, list, post, watch, autostart };
     /// How `set` types its value.
     enum class ValueType { inferred, boolean, number, string };
+    /// What autostart does with the agent's login item.
+    enum class AutostartAction { on, off, status };
 
     Verb verb = Verb::help;
     /// The key of get, set and delete.
@@ -26,6 +28,8 @@ struct CtlCommand {
     /// The one signal of post; those of watch, each once, in the order named (every signal
     /// when none was named).
     std::vector<SharedSettings::Signal> signalCases;
+    /// The action of autostart.
+    AutostartAction autostart = AutostartAction::status;
 };
 
 /// Why the command line was refused, in one line without the program name.

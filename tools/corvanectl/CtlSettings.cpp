@@ -87,7 +87,8 @@ int runSettingsCommand(const CtlCommand& command, SettingsStore& store, std::ost
         }
         case Verb::help:
         case Verb::post:
-        case Verb::watch: break;
+        case Verb::watch:
+        case Verb::autostart: break;
     }
     errors << "corvanectl: not a settings command\n";
     return 2;

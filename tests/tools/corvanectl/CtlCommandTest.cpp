@@ -17,6 +17,7 @@ TEST(CtlCommand, ParsesEveryCommandAndTypesValues) {
         const char* key;
         SettingValue value;
         std::vector<Signal> signalCases = {};
+        CtlCommand::AutostartAction autostart = CtlCommand::AutostartAction::status;
     };
     const Row rows[] = {
         {{"get", "refreshInterval"}, Verb::get, "refreshInterval", nullptr},
@@ -40,6 +41,9 @@ TEST(CtlCommand, ParsesEveryCommandAndTypesValues) {
          nullptr,
          {Signal::settings, Signal::menuBarChanged}},
         {{"get", "--help"}, Verb::help, "", nullptr},
+        {{"autostart", "on"}, Verb::autostart, "", nullptr, {}, CtlCommand::AutostartAction::on},
+        {{"autostart", "off"}, Verb::autostart, "", nullptr, {}, CtlCommand::AutostartAction::off},
+        {{"autostart", "status"}, Verb::autostart, "", nullptr},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.arguments.front()) + " " + row.key);
@@ -52,6 +56,19 @@ TEST(CtlCommand, ParsesEveryCommandAndTypesValues) {
         EXPECT_EQ(command.value.type(), row.value.type());
         EXPECT_EQ(command.value, row.value);
         EXPECT_EQ(command.signalCases, row.signalCases);
+        EXPECT_EQ(command.autostart, row.autostart);
+    }
+}
+
+TEST(CtlCommand, AutostartNeedsOneKnownAction) {
+    for (const std::vector<std::string_view>& arguments :
+         {std::vector<std::string_view>{"autostart"},
+          {"autostart", "yes"},
+          {"autostart", "on", "off"}}) {
+        const auto parsed = parseCtlArguments(arguments);
+        ASSERT_TRUE(std::holds_alternative<CtlUsageError>(parsed));
+        EXPECT_EQ(std::get<CtlUsageError>(parsed).message,
+                  "autostart needs one of on, off, status");
     }
 }
 

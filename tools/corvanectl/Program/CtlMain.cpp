@@ -1,14 +1,19 @@
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "CorvaneShared/AutostartEntry.h"
+#include "CorvaneShared/BuildInfo.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneShared/SignalListener.h"
+#include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Qt/QtDBusSignalBus.h"
+#include "tools/corvanectl/CtlAutostart.h"
 #include "tools/corvanectl/CtlCommand.h"
 #include "tools/corvanectl/CtlSettings.h"
 
@@ -34,6 +39,26 @@ int runSettings(const CtlCommand& command) {
     corvane::SettingsStore& store = SharedSettings::store();
     store.registerDefaults(SharedSettings::factoryDefaults());
     return corvane::runSettingsCommand(command, store, std::cout, std::cerr);
+}
+
+int runAutostart(const CtlCommand& command) {
+    const auto environment = [](const char* name) -> const char* { return std::getenv(name); };
+    const auto directory = corvane::AutostartEntry::directory();
+    // corvanectl ships with the agent, so the agent to start is the one of this copy: in the
+    // portable bundle the agent bundle inside it, installed or built the program beside it.
+    // The path is the resolved executable, so a link to corvanectl finds the real copy.
+    const auto self = corvane::currentExecutablePath();
+    const std::vector<std::string> noArguments;
+    const corvane::AutostartPlace place{
+        .entryFile = directory ? std::optional(corvane::AutostartEntry::file(
+                                     *directory, corvane::buildinfo::agentBundleIdentifier))
+                               : std::nullopt,
+        .agent = self ? corvane::AutostartEntry::agentOfCompanion(*self) : std::nullopt,
+        .environment = environment,
+        .arguments = noArguments,
+        .places = corvane::LoginItemPolicy::processPlaceLookups(),
+    };
+    return corvane::runAutostartCommand(command, place, std::cout, std::cerr);
 }
 
 int runSignals(const CtlCommand& command, int argc, char** argv) {
@@ -83,6 +108,7 @@ int main(int argc, char** argv) {
         case CtlCommand::Verb::set:
         case CtlCommand::Verb::remove:
         case CtlCommand::Verb::list: return runSettings(command);
+        case CtlCommand::Verb::autostart: return runAutostart(command);
     }
     return 2;
 }
