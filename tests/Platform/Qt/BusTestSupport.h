@@ -35,9 +35,10 @@ protected:
                                              QStringLiteral("corvane-nowhere"));
     }
 
-    /// Runs the event loop until `done` holds or five seconds pass; answers `done()`.
+    /// Runs the event loop until `done` holds or twenty seconds pass (generous, since CI runs the
+    /// suite two at a time on a loaded machine); answers `done()`.
     static bool runUntil(const std::function<bool()>& done) {
-        QDeadlineTimer deadline(5000);
+        QDeadlineTimer deadline(20000);
         while (!done() && !deadline.hasExpired()) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         }

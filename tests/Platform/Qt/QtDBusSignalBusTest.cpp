@@ -42,7 +42,7 @@ TEST_F(QtDBusSignalBusTest, EveryListenerOfTheSuiteHearsEachPostOnceOnTheMainThr
     first.listen(Signal::menuBarChanged, hear("done"));
     SharedSettings::post(bus, Signal::settings, "suite-a");
     SharedSettings::post(bus, Signal::menuBarChanged, "suite-a");
-    ASSERT_TRUE(runUntilHeard("done"));
+    ASSERT_TRUE(runUntilHeard("done")) << ::testing::PrintToString(heard);
     EXPECT_EQ(heard, (std::vector<std::string>{"first", "second", "done"}));
 }
 
