@@ -90,7 +90,7 @@ AgentDelegate::Launch AgentDelegate::applicationDidFinishLaunching() {
         });
     }
     if (services.makeMenuBar) {
-        const SettingsChangeObserver noChanges = [](std::function<void()>) {
+        const SettingsChangeObserver noChanges = [](const std::function<void()>&) {
             return Subscription();
         };
         menuBar = services.makeMenuBar(*systemMonitor, services.observeSettingsChanges

@@ -110,7 +110,7 @@ private:
     std::optional<std::vector<MonitorSection>> visualOrder() const;
     void reanchorOpenPopover();
 
-    void loadContent(Popover& popover, MonitorSection section);
+    void loadContent(Popover& content, MonitorSection section);
     double availableHeight(MonitorSection section) const;
     /// The item of `section` when it is installed and has a button.
     MenuBarItem* buttonItem(MonitorSection section) const;

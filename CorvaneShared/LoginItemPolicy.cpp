@@ -56,7 +56,7 @@ bool isSuppressed(const SharedSettings::EnvironmentLookup& environment,
     }
     const char* suppress = environment(suppressVariable);
     const char* uiTesting = environment("CORVANE_UI_TESTING");
-    return (suppress != nullptr && std::string_view(suppress) != "" &&
+    return (suppress != nullptr && !std::string_view(suppress).empty() &&
             std::string_view(suppress) != "0") ||
            (uiTesting != nullptr && std::string_view(uiTesting) == "1") ||
            environment(AppLinks::unitTestVariable) != nullptr;

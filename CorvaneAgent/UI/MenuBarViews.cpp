@@ -28,15 +28,15 @@ QWidget* contentOf(MonitorSection section, std::unique_ptr<PanelSource> source,
 
 MonitorPopover* makePanel(MonitorSection section, std::shared_ptr<SystemMonitor> monitor,
                           const PanelMetrics& metrics, std::optional<double> scrollHeight,
-                          PanelActions actions, const PanelEnvironment& environment,
+                          const PanelActions& actions, const PanelEnvironment& environment,
                           QWidget* parent) {
     return makePanel(section, monitorPanelSource(std::move(monitor)), metrics, scrollHeight,
-                     std::move(actions), environment, parent);
+                     actions, environment, parent);
 }
 
 MonitorPopover* makePanel(MonitorSection section, std::unique_ptr<PanelSource> source,
                           const PanelMetrics& metrics, std::optional<double> scrollHeight,
-                          PanelActions actions, const PanelEnvironment& environment,
+                          const PanelActions& actions, const PanelEnvironment& environment,
                           QWidget* parent) {
     PanelContext context{environment.units, metrics, environment.profile, environment.processIcon};
     const PopoverTexts texts{context.text(panelTitle(section)), std::string(sectionIcon(section)),

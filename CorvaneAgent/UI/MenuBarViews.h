@@ -49,13 +49,13 @@ struct PanelEnvironment {
 /// appearance settings. `heightForWidth(300)` is its natural height. Main thread only.
 MonitorPopover* makePanel(MonitorSection section, std::shared_ptr<SystemMonitor> monitor,
                           const PanelMetrics& metrics, std::optional<double> scrollHeight,
-                          PanelActions actions, const PanelEnvironment& environment,
+                          const PanelActions& actions, const PanelEnvironment& environment,
                           QWidget* parent = nullptr);
 
 /// The same over any panel source (tests, benchmarks).
 MonitorPopover* makePanel(MonitorSection section, std::unique_ptr<PanelSource> source,
                           const PanelMetrics& metrics, std::optional<double> scrollHeight,
-                          PanelActions actions, const PanelEnvironment& environment,
+                          const PanelActions& actions, const PanelEnvironment& environment,
                           QWidget* parent = nullptr);
 
 }  // namespace corvane

@@ -40,7 +40,7 @@ QLocale PanelContext::locale() const {
 }
 
 void DetailPanelBase::follow(std::initializer_list<MonitorField> fields,
-                             std::function<void()> update) {
+                             const std::function<void()>& update) {
     update();
     for (MonitorField field : fields) {
         subscriptions.push_back(source->observe(field, update));

@@ -71,7 +71,7 @@ protected:
     explicit DetailPanelBase(std::unique_ptr<PanelSource> source) : source(std::move(source)) {}
 
     /// Runs `update` now and after every step that changed one of `fields`.
-    void follow(std::initializer_list<MonitorField> fields, std::function<void()> update);
+    void follow(std::initializer_list<MonitorField> fields, const std::function<void()>& update);
     const MonitorFields& model() const { return source->fields(); }
 
     std::unique_ptr<PanelSource> source;

@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "Platform/Linux/LinuxProcessCommands.h"
@@ -11,12 +13,9 @@ namespace corvane {
 namespace {
 
 bool hasImageExtension(std::string_view name) {
-    for (std::string_view extension : {".png", ".svg", ".svgz", ".xpm"}) {
-        if (name.ends_with(extension)) {
-            return true;
-        }
-    }
-    return false;
+    constexpr std::string_view extensions[] = {".png", ".svg", ".svgz", ".xpm"};
+    return std::any_of(std::begin(extensions), std::end(extensions),
+                       [&](std::string_view extension) { return name.ends_with(extension); });
 }
 
 }  // namespace

@@ -21,8 +21,8 @@ public:
 
     ProcessMetricRow(ProcessIconLookup iconLookup, QWidget* parent = nullptr);
 
-    /// Shows `process` with `values` (one, or two for the columns).
-    void setProcess(const ProcessMetric& process, std::vector<QString> values);
+    /// Shows `process` with `shown` values (one, or two for the columns).
+    void setProcess(const ProcessMetric& process, std::vector<QString> shown);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -19,8 +19,8 @@ class SensorRow final : public QWidget {
 public:
     explicit SensorRow(QWidget* parent = nullptr);
 
-    void set(std::string icon, const QString& title, const QString& value,
-             PopoverHue valueHue = PopoverHue::primary);
+    void set(std::string updatedIcon, const QString& updatedTitle, const QString& updatedValue,
+             PopoverHue updatedHue = PopoverHue::primary);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -41,7 +41,8 @@ class FanRow final : public QWidget {
 public:
     FanRow(double rpmColumn, QWidget* parent = nullptr);
 
-    void set(const QString& title, const QString& speed, const QString& percent);
+    void set(const QString& updatedTitle, const QString& updatedSpeed,
+             const QString& updatedPercent);
 
     /// The speed column's width for every fan: "9999 RPM" in the panel's 10-point type, rounded
     /// up, plus 2 points, so that four-digit speeds fit and the columns line up.

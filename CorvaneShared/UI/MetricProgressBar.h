@@ -16,7 +16,7 @@ public:
                                QWidget* parent = nullptr);
 
     /// Repaints only when the drawn width changes.
-    void setValue(double fraction);
+    void setValue(double value);
     double value() const { return fraction; }
 
     QSize sizeHint() const override { return {0, 8}; }

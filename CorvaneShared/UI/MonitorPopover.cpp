@@ -109,7 +109,7 @@ QWidget* scrolling(QWidget* panel, double height, QWidget* parent) {
 }  // namespace
 
 MonitorPopover::MonitorPopover(const PopoverTexts& texts, QWidget* panel,
-                               std::optional<double> scrollHeight, PopoverActions actions,
+                               std::optional<double> scrollHeight, const PopoverActions& actions,
                                PopoverLook panelLook, QWidget* parent)
     : QWidget(parent), look(std::move(panelLook)), surface(new PopoverSurface(this)) {
     setFixedWidth(panelWidth);

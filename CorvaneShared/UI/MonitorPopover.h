@@ -53,7 +53,7 @@ public:
 
     /// Takes over `panel`.
     MonitorPopover(const PopoverTexts& texts, QWidget* panel, std::optional<double> scrollHeight,
-                   PopoverActions actions, PopoverLook look, QWidget* parent = nullptr);
+                   const PopoverActions& actions, PopoverLook look, QWidget* parent = nullptr);
 
     /// Re-reads the appearance and background settings and the desktop's preference and
     /// re-colours the open panel at once; call it when a setting changed.

@@ -1,8 +1,8 @@
 #include "Platform/Qt/TerminationSignals.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <QSocketNotifier>
 #include <QTimer>

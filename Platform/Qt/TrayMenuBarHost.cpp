@@ -115,7 +115,7 @@ Q_SIGNALS:
     void NewTitle();
     void NewIcon();
     void NewToolTip();
-    void NewStatus(const QString& status);
+    void NewStatus(const QString&);
 
 private:
     TrayItem& item;
@@ -155,7 +155,7 @@ public Q_SLOTS:
     }
 
 Q_SIGNALS:
-    void LayoutUpdated(uint revision, int parent);
+    void LayoutUpdated(uint, int);
 
 private:
     QVariantMap entryProperties(int id) const;
@@ -211,7 +211,7 @@ private:
 
 class TrayItem final : public MenuBarItem {
 public:
-    TrayItem(std::shared_ptr<TrayMenuBarHost::Registry> registry, double length,
+    TrayItem(const std::shared_ptr<TrayMenuBarHost::Registry>& registry, double length,
              std::string autosaveName)
         : registry(registry),
           name(std::move(autosaveName)),
