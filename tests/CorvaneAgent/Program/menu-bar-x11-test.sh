@@ -23,11 +23,13 @@ pids+=("$agent_pid")
 timeout 10 xdotool search --sync --name '^Corvane$' >/dev/null || fail "no strip window"
 sleep 1
 
-# Clicks at $1,$2 and waits up to three seconds for the shown panel to be $3 ("" for none).
+# Clicks at $1,$2 and waits up to fifteen seconds for the shown panel to be $3 ("" for none).
+# The waits here are generous because CI runs this beside other tests on two cores; they only
+# cost time when something is wrong.
 click_expecting() {
     xdotool mousemove "$1" "$2" click 1
     local shown=""
-    for _ in $(seq 30); do
+    for _ in $(seq 150); do
         shown=$(shown_panels)
         [[ $shown == "$3" ]] && return 0
         sleep 0.1
@@ -38,11 +40,16 @@ click_expecting() {
 # The rightmost item ends 8 pixels from the screen's right edge; 10 pixels in from its end is
 # inside it whatever its width.
 rightmost_x=$((1280 - 8 - 10))
-xdotool mousemove "$rightmost_x" 12 click 1
-for _ in $(seq 30); do
-    first=$(shown_panels)
-    [[ -n $first ]] && break
-    sleep 0.1
+# The first click is repeated: on a loaded machine a press soon after start-up has been seen
+# not to reach the item.
+first=""
+for _ in $(seq 5); do
+    xdotool mousemove "$rightmost_x" 12 click 1
+    for _ in $(seq 30); do
+        first=$(shown_panels)
+        [[ -n $first ]] && break 2
+        sleep 0.1
+    done
 done
 [[ -n $first ]] || fail "a click on the rightmost item opened no panel"
 [[ -n ${SCREENSHOT:-} ]] && import -window root "$SCREENSHOT"
@@ -53,7 +60,7 @@ click_expecting "$rightmost_x" 12 "$first"
 first_width=$(item_width "${keyOfTitle[$first]}")
 second_x=$(awk -v w="$first_width" 'BEGIN { printf "%d", 1280 - 8 - w - 4 - 10 }')
 xdotool mousemove "$second_x" 12 click 1
-for _ in $(seq 30); do
+for _ in $(seq 150); do
     second=$(shown_panels)
     [[ -n $second && $second != "$first" ]] && break
     sleep 0.1
@@ -70,7 +77,7 @@ strip_left() {
 }
 left_before=$(strip_left)
 "$ctl" set cpuReadout off
-for _ in $(seq 10); do
+for _ in $(seq 50); do
     sleep 0.1
     left_after=$(strip_left)
     ((left_after > left_before)) && break
@@ -86,7 +93,7 @@ for step in $(seq 1 20); do
     sleep 0.02
 done
 xdotool mouseup 1 keyup ctrl
-for _ in $(seq 30); do
+for _ in $(seq 150); do
     after=$("$ctl" get menuBarOrder)
     [[ $after != "$before" ]] && break
     sleep 0.1
@@ -101,7 +108,7 @@ kill -0 "$agent_pid" 2>/dev/null || fail "the agent ended"
 declare -A germanTitle=([cpu]=CPU [memory]=Arbeitsspeicher [storage]=SSD [sensors]=Sensoren)
 rightmost=${after##*,}
 "$ctl" set language de && "$ctl" post settings
-for _ in $(seq 50); do
+for _ in $(seq 150); do
     kill -0 "$agent_pid" 2>/dev/null || break
     sleep 0.1
 done
@@ -121,7 +128,7 @@ done
 # "Quit" at the right end of the open panel's footer ends the agent, strip and all.
 eval "$(xdotool getwindowgeometry --shell "$german")"
 xdotool mousemove $((X + WIDTH - 20)) $((Y + HEIGHT - 17)) click 1
-for _ in $(seq 50); do
+for _ in $(seq 150); do
     [[ -z $(xdotool search --name '^Corvane$' 2>/dev/null) ]] && break
     sleep 0.1
 done

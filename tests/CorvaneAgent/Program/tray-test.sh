@@ -15,7 +15,7 @@ render_layout "$agent"
 
 "$watcher" >"$work/registered" 2>"$work/watcher.log" &
 pids+=($!)
-for _ in $(seq 50); do
+for _ in $(seq 150); do
     grep -q ready "$work/watcher.log" && break
     sleep 0.1
 done
@@ -23,7 +23,7 @@ grep -q ready "$work/watcher.log" || fail "no watcher: $(cat "$work/watcher.log"
 "$agent" >"$work/agent.log" 2>&1 &
 agent_pid=$!
 pids+=("$agent_pid")
-for _ in $(seq 100); do
+for _ in $(seq 150); do
     [[ $(wc -l <"$work/registered") -ge 4 ]] && break
     sleep 0.1
 done
@@ -58,14 +58,14 @@ cpu=${services[3]}
 xdotool mousemove 1200 10
 dbus-send --session --type=method_call --dest="$cpu" /StatusNotifierItem \
     org.kde.StatusNotifierItem.Activate int32:0 int32:0
-for _ in $(seq 30); do
+for _ in $(seq 150); do
     [[ $(shown_panels) == CPU ]] && break
     sleep 0.1
 done
 [[ $(shown_panels) == CPU ]] || fail "Activate showed '$(shown_panels)', not the CPU panel"
 dbus-send --session --type=method_call --dest="$cpu" /StatusNotifierItem \
     org.kde.StatusNotifierItem.Activate int32:1200 int32:10
-for _ in $(seq 30); do
+for _ in $(seq 150); do
     [[ -z $(shown_panels) ]] && break
     sleep 0.1
 done
