@@ -197,6 +197,7 @@ int main(int argc, char** argv) {
                    .documentation = documentation()},
          .runningVersion = versionText(info) + " (" + buildText(info) + ")"});
     window.showPage(options->page);
+    window.resize(window.sizeHint().expandedTo(QSize(760, 560)));
     if (options->renderDirectory) {
         return renderPages(window, *options->renderDirectory);
     }
@@ -212,7 +213,6 @@ int main(int argc, char** argv) {
     listener.listen(SharedSettings::Signal::openSettings, [&window] { window.raiseWindow(); });
     listener.listen(SharedSettings::Signal::menuBarChanged, [&model] { model.reload(); });
     listener.listen(SharedSettings::Signal::updateAvailable, [&model] { model.reload(); });
-    window.resize(window.sizeHint().expandedTo(QSize(760, 560)));
     window.raiseWindow();
     return QApplication::exec();
 }

@@ -23,7 +23,6 @@ QString nativeName(const std::string& code) {
 
 QLabel* note(const QString& content) {
     auto* label = new QLabel(content);
-    label->setWordWrap(true);
     label->setEnabled(false);
     return label;
 }
@@ -107,6 +106,10 @@ GeneralPage::GeneralPage(SettingsModel& settingsModel, TextLookup translate,
     form->addRow(text("Language"), language);
     form->addRow(QString(), note(text("Corvane restarts in the new language.")));
     layout->addStretch();
+    // One width for every menu, so that the column reads as one.
+    for (QComboBox* combo : {interval, temperature, appearance, background, language}) {
+        combo->setMinimumWidth(180);
+    }
     refresh();
 }
 

@@ -125,7 +125,7 @@ QWidget* MetersPage::makeOrderBox() {
     order->setDragDropMode(QAbstractItemView::InternalMove);
     order->setDefaultDropAction(Qt::MoveAction);
     order->setObjectName("meterOrder");
-    order->setFixedHeight(4 * 26 + 6);
+    order->setStyleSheet("#meterOrder::item { padding: 4px; }");
     layout->addWidget(order);
     auto* hint = new QLabel(text("Drag to reorder. Hidden meters keep their places."));
     hint->setWordWrap(true);
@@ -272,6 +272,9 @@ void MetersPage::refresh() {
             item->setFlags(flags);
             order->addItem(item);
         }
+        // Four rows, no room for a fifth: the list is the menu bar, not a document.
+        order->setFixedHeight(order->sizeHintForRow(0) * order->count() + 2 * order->frameWidth() +
+                              4);
     }
     for (const auto& [section, combo] : readouts) {
         selectData(*combo, QString::fromStdString(model.readout(section)));

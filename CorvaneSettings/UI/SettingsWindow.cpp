@@ -37,9 +37,21 @@ SettingsWindow::SettingsWindow(SettingsModel& model, const AppLanguage& language
     sidebar = new QListWidget;
     sidebar->setObjectName("sidebar");
     sidebar->setFixedWidth(150);
+    sidebar->setStyleSheet("#sidebar { border: none; border-radius: 6px; }"
+                           "#sidebar::item { padding: 6px 10px; }");
+    auto* content = new QVBoxLayout;
+    auto* heading = new QLabel;
+    heading->setObjectName("heading");
+    QFont headingFont = heading->font();
+    headingFont.setPointSizeF(headingFont.pointSizeF() * 1.3);
+    headingFont.setBold(true);
+    heading->setFont(headingFont);
     pages = new QStackedWidget;
+    content->addWidget(heading);
+    content->addWidget(pages, 1);
     body->addWidget(sidebar);
-    body->addWidget(pages, 1);
+    body->addSpacing(8);
+    body->addLayout(content, 1);
 
     auto* meters = new MetersPage(model, language);
     auto* general = new GeneralPage(model, translate, language.shipped());
@@ -52,10 +64,15 @@ SettingsWindow::SettingsWindow(SettingsModel& model, const AppLanguage& language
         {"About", makeAboutPage(facts.about, translate)},
     };
     for (const auto& [title, page] : entries) {
+        // The pages line up with the heading above them.
+        page->layout()->setContentsMargins(0, 4, 0, 0);
         sidebar->addItem(text(title));
         pages->addWidget(page);
     }
-    connect(sidebar, &QListWidget::currentRowChanged, pages, &QStackedWidget::setCurrentIndex);
+    connect(sidebar, &QListWidget::currentRowChanged, this, [this, heading](int row) {
+        pages->setCurrentIndex(row);
+        heading->setText(row >= 0 ? sidebar->item(row)->text() : QString());
+    });
     sidebar->setCurrentRow(0);
     modelChanges = model.observe([this] { refresh(); });
     refresh();

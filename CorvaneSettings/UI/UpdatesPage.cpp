@@ -23,6 +23,10 @@ UpdatesPage::UpdatesPage(SettingsModel& model, TextLookup translate, QString run
     checkNow->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(checkNow, &QPushButton::clicked, this, [this] { this->model.checkForUpdates(); });
     layout->addWidget(checkNow);
+    unavailable = new QLabel(text("Corvane checks for updates while it runs from its bundle."));
+    unavailable->setEnabled(false);
+    layout->addWidget(unavailable);
+    layout->addSpacing(8);
 
     auto* form = new QFormLayout;
     offer = new QLabel;
@@ -42,9 +46,7 @@ void UpdatesPage::refresh() {
         automatic->setChecked(model.checksAutomatically());
     }
     checkNow->setEnabled(model.updaterCanCheck());
-    checkNow->setToolTip(model.updaterCanCheck()
-                             ? QString()
-                             : text("Corvane checks for updates while it runs from its bundle."));
+    unavailable->setVisible(!model.updaterCanCheck());
     const auto offered = model.offeredUpdate();
     offer->setText(offered ? text("Corvane %1").arg(QString::fromStdString(*offered))
                            : text("No update offered"));

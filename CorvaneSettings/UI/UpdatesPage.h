@@ -21,6 +21,7 @@ private:
     QCheckBox* automatic = nullptr;
     QPushButton* checkNow = nullptr;
     QLabel* offer = nullptr;
+    QLabel* unavailable = nullptr;
 };
 
 }  // namespace corvane
