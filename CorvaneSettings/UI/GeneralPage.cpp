@@ -76,23 +76,13 @@ GeneralPage::GeneralPage(SettingsModel& settingsModel, TextLookup translate,
     });
     form->addRow(text("Temperatures"), temperature);
 
-    appearance = new QComboBox;
-    appearance->setObjectName("popoverAppearance");
-    appearance->addItem(text("System"), "system");
-    appearance->addItem(text("Light"), "light");
-    appearance->addItem(text("Dark"), "dark");
-    connect(appearance, &QComboBox::activated, this, [this] {
-        model.setPanelAppearance(appearance->currentData().toString().toStdString());
-    });
+    appearance =
+        textMenu("popoverAppearance", {{"System", "system"}, {"Light", "light"}, {"Dark", "dark"}},
+                 &SettingsModel::setPanelAppearance);
     form->addRow(text("Panel appearance"), appearance);
-
-    background = new QComboBox;
-    background->setObjectName("popoverBackground");
-    background->addItem(text("Translucent"), "translucent");
-    background->addItem(text("Opaque"), "opaque");
-    connect(background, &QComboBox::activated, this, [this] {
-        model.setPanelBackground(background->currentData().toString().toStdString());
-    });
+    background =
+        textMenu("popoverBackground", {{"Translucent", "translucent"}, {"Opaque", "opaque"}},
+                 &SettingsModel::setPanelBackground);
     form->addRow(text("Panel background"), background);
 
     language = new QComboBox;
@@ -111,6 +101,19 @@ GeneralPage::GeneralPage(SettingsModel& settingsModel, TextLookup translate,
         combo->setMinimumWidth(180);
     }
     refresh();
+}
+
+QComboBox* GeneralPage::textMenu(const char* key,
+                                 std::initializer_list<std::pair<const char*, const char*>> entries,
+                                 bool (SettingsModel::*write)(std::string_view)) {
+    auto* menu = new QComboBox;
+    menu->setObjectName(key);
+    for (const auto& [title, value] : entries) {
+        menu->addItem(text(title), QString(value));
+    }
+    connect(menu, &QComboBox::activated, this,
+            [this, menu, write] { (model.*write)(menu->currentData().toString().toStdString()); });
+    return menu;
 }
 
 void GeneralPage::refresh() {

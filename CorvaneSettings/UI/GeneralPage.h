@@ -1,6 +1,9 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "CorvaneSettings/UI/SettingsPage.h"
@@ -22,6 +25,11 @@ public:
     void refresh() override;
 
 private:
+    /// A menu of text values under `key`: English titles and their settings values.
+    QComboBox* textMenu(const char* key,
+                        std::initializer_list<std::pair<const char*, const char*>> entries,
+                        bool (SettingsModel::*write)(std::string_view));
+
     QComboBox* interval = nullptr;
     QComboBox* temperature = nullptr;
     QComboBox* appearance = nullptr;

@@ -37,8 +37,9 @@ SettingsWindow::SettingsWindow(SettingsModel& model, const AppLanguage& language
     sidebar = new QListWidget;
     sidebar->setObjectName("sidebar");
     sidebar->setFixedWidth(150);
-    sidebar->setStyleSheet("#sidebar { border: none; border-radius: 6px; }"
-                           "#sidebar::item { padding: 6px 10px; }");
+    sidebar->setStyleSheet(
+        "#sidebar { border: none; border-radius: 6px; }"
+        "#sidebar::item { padding: 6px 10px; }");
     auto* content = new QVBoxLayout;
     auto* heading = new QLabel;
     heading->setObjectName("heading");

@@ -29,7 +29,8 @@ settings_pid=$!
 pids+=("$settings_pid")
 window=$(timeout 10 xdotool search --sync --onlyvisible --name '^Corvane Settings$' | head -1)
 [[ -n $window ]] || fail "no settings window"
-sleep 0.5
+# Mapped is not yet laid out and drawn on a loaded machine.
+sleep 1
 
 # A second start leaves at once and the first window stays the only one.
 timeout 5 "$settings" >>"$work/settings.log" 2>&1 || fail "a second start did not leave at once"

@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
 
-#include <cstdlib>
 #include <vector>
 
 #include "CorvaneShared/JSONFileSettingsStore.h"
@@ -126,12 +124,3 @@ TEST_F(SettingsWindowTest, AFileThatCannotBeWrittenIsSaidAndTheChoiceStays) {
 
 }  // namespace
 }  // namespace corvane
-
-int main(int argc, char** argv) {
-    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    }
-    QApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
