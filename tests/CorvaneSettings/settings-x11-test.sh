@@ -41,17 +41,24 @@ sleep 0.3
 left_before=$(strip_left)
 xdotool mousemove --window "$window" 207 175 click 1
 started=$(date +%s%N)
-left_after=$left_before
-while (($(date +%s%N) - started < 1000000000)); do
+# The change happened between the start of the last screenshot that lacks it and the end of
+# the first that shows it; the end is the bound checked.
+seen_ms=""
+after_ms=0
+while (($(date +%s%N) - started < 5000000000)); do
+    probe_ms=$((($(date +%s%N) - started) / 1000000))
     left_after=$(strip_left)
-    ((left_after > left_before)) && break
+    if ((left_after > left_before)); then
+        seen_ms=$((($(date +%s%N) - started) / 1000000))
+        break
+    fi
+    after_ms=$probe_ms
     sleep 0.05
 done
-elapsed_ms=$((($(date +%s%N) - started) / 1000000))
 [[ $(grep -o '"showMemoryItem": *false' "$XDG_CONFIG_HOME/corvane/desktop-test.json") ]] ||
     fail "the click did not store showMemoryItem false (window log: $(cat "$work/settings.log"))"
-((left_after > left_before)) ||
-    fail "the memory meter was still on the strip a second after it was unchecked"
+[[ -n $seen_ms ]] || fail "the memory meter was still on the strip 5 s after it was unchecked"
+((seen_ms <= 1000)) || fail "the memory meter left the strip only ${seen_ms} ms after it was unchecked"
 
 kill "$settings_pid"
 wait "$settings_pid" 2>/dev/null
@@ -68,5 +75,5 @@ eval "$(xdotool getwindowgeometry --shell "$panel")"
 xdotool mousemove $((X + 30)) $((Y + HEIGHT - 17)) click 1
 opened=$(timeout 10 xdotool search --sync --onlyvisible --name '^Corvane Settings$' | head -1)
 [[ -n $opened ]] || fail "the panel's Settings button opened no settings window"
-echo "settings: one window per user; memory left the strip ${elapsed_ms} ms after its box was" \
+echo "settings: one window per user; memory left the strip between ${after_ms} and ${seen_ms} ms after its box was" \
     "unchecked; the panel's Settings button opened the window"
