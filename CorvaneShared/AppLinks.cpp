@@ -14,6 +14,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The companion program built or installed with the agent of `bundle`: at the top of a build
+/// tree, or in `bin/` of an install prefix.
+std::optional<fs::path> companionBeside(const fs::path& bundle) {
+    for (const fs::path& candidate :
+         {bundle / AppLinks::companionProgram, bundle / "bin" / AppLinks::companionProgram}) {
+        std::error_code error;
+        if (fs::is_regular_file(candidate, error)) {
+            return candidate;
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 AppLinks::AppLinks(Sources sources)
@@ -30,10 +43,15 @@ std::optional<fs::path> AppLinks::containingAppURL() const {
             return candidate;
         }
     }
-    if (!sources.environment) {
-        return std::nullopt;
+    if (sources.environment) {
+        if (auto entry = DesktopEntries::find(sources.appBundleIdentifier, sources.environment)) {
+            return entry;
+        }
     }
-    return DesktopEntries::find(sources.appBundleIdentifier, sources.environment);
+    if (sources.agentBundle) {
+        return companionBeside(*sources.agentBundle);
+    }
+    return std::nullopt;
 }
 
 std::map<std::string, std::string> AppLinks::testEnvironment() const {
@@ -55,6 +73,10 @@ std::optional<DetachedLaunch> AppLinks::launchOf(const fs::path& app) const {
     if (app.extension() == ".desktop") {
         const std::optional<DesktopEntry> entry = DesktopEntries::read(app);
         return entry ? DesktopEntries::launch(*entry) : std::nullopt;
+    }
+    std::error_code error;
+    if (fs::is_regular_file(app, error)) {
+        return DetachedLaunch{.program = app.string()};
     }
     const std::optional<BundleInfo> info = BundleDirectory::readInfo(app);
     if (!info || !info->executable || info->executable->empty()) {

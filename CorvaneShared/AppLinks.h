@@ -29,6 +29,8 @@ public:
 
     /// Marks a process started by a unit-test runner.
     static constexpr const char* unitTestVariable = "XCTestConfigurationFilePath";
+    /// The companion's program, found beside the agent when no bundle or desktop entry is.
+    static constexpr const char* companionProgram = "corvane-settings";
 
     explicit AppLinks(Sources sources);
 
@@ -41,7 +43,9 @@ public:
     /// The companion: the `.app` bundle four folders above the agent's bundle when its bundle
     /// identifier is the companion's (the portable layout
     /// `Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app`), else the XDG desktop entry
-    /// named after that identifier; absent when neither exists.
+    /// named after that identifier, else the companion program built or installed with the
+    /// agent (`corvane-settings` at the top of the agent's bundle, as in the build tree, or in
+    /// its `bin/`); absent when none exists.
     std::optional<std::filesystem::path> containingAppURL() const;
 
     /// The variables that choose settings, tests and the language, copied from the agent's

@@ -1,13 +1,13 @@
 # Lays out the portable bundle and packs it:
 #   Corvane.app/share/corvane/bundle.json          the main bundle's information
-#   Corvane.app/bin/corvanectl
+#   Corvane.app/bin/corvanectl, Corvane.app/bin/corvane-settings (the main bundle's program)
 #   Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app/
 #       bin/corvane-agent, share/corvane/bundle.json, share/corvane/translations/*.qm
 # and <OUTPUT_DIR>/Corvane-<VERSION>.tar.xz holding Corvane.app.
 #
 # cmake -D OUTPUT_DIR=… -D AGENT_PROGRAM=… -D CTL_PROGRAM=… -D TRANSLATIONS_DIR=…
 #       -D APP_ID=… -D AGENT_ID=… -D VERSION=… -D BUILD=… [-D FEED_URL=…] [-D PUBLIC_KEY=…]
-#       [-D PACK=OFF] -P AssembleBundle.cmake
+#       [-D SETTINGS_PROGRAM=…] [-D PACK=OFF] -P AssembleBundle.cmake
 # `make bundle` runs it with the build's values; the end-to-end update test runs it to make
 # the installed and the offered bundle.
 cmake_minimum_required(VERSION 3.25)
@@ -34,9 +34,21 @@ file(MAKE_DIRECTORY "${_app}/bin" "${_app}/share/corvane" "${_agent}/bin"
     "${_agent}/share/corvane/translations")
 
 file(COPY "${CTL_PROGRAM}" DESTINATION "${_app}/bin")
+# The settings window is what the agent's Settings button starts in the bundle.
+set(_app_executable "")
+if(DEFINED SETTINGS_PROGRAM AND NOT SETTINGS_PROGRAM STREQUAL "")
+    file(COPY "${SETTINGS_PROGRAM}" DESTINATION "${_app}/bin")
+    get_filename_component(_settings_program "${SETTINGS_PROGRAM}" NAME)
+    json_string(_settings_executable "bin/${_settings_program}")
+    set(_app_executable "\n    \"executable\": ${_settings_executable},")
+endif()
 file(COPY "${AGENT_PROGRAM}" DESTINATION "${_agent}/bin")
 file(GLOB _translations "${TRANSLATIONS_DIR}/*.qm")
 file(COPY ${_translations} DESTINATION "${_agent}/share/corvane/translations")
+if(DEFINED _settings_program)
+    # The window's texts, from its own bundle as the agent's come from the agent's.
+    file(COPY ${_translations} DESTINATION "${_app}/share/corvane/translations")
+endif()
 
 foreach(_name IN ITEMS APP_ID AGENT_ID VERSION BUILD FEED_URL PUBLIC_KEY)
     json_string(_${_name} "${${_name}}")
@@ -45,7 +57,7 @@ get_filename_component(_agent_program "${AGENT_PROGRAM}" NAME)
 json_string(_executable "bin/${_agent_program}")
 
 file(WRITE "${_app}/share/corvane/bundle.json" "{
-    \"identifier\": ${_APP_ID},
+    \"identifier\": ${_APP_ID},${_app_executable}
     \"version\": ${_VERSION},
     \"build\": ${_BUILD},
     \"SUFeedURL\": ${_FEED_URL},

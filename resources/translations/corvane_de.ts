@@ -364,5 +364,285 @@
         <source>Write</source>
         <translation>Schreiben</translation>
     </message>
+    <message>
+        <source>Corvane Settings</source>
+        <translation>Corvane-Einstellungen</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>Anzeigen</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Updates</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Über</translation>
+    </message>
+    <message>
+        <source>Corvane could not save your last change. It stays here and is saved with the next change that goes through.</source>
+        <translation>Corvane konnte die letzte Änderung nicht sichern. Sie bleibt hier stehen und wird mit der nächsten Änderung gesichert, die gelingt.</translation>
+    </message>
+    <message>
+        <source>Menu Bar</source>
+        <translation>Menüleiste</translation>
+    </message>
+    <message>
+        <source>Drag to reorder. Hidden meters keep their places.</source>
+        <translation>Zum Umordnen ziehen. Ausgeblendete Anzeigen behalten ihren Platz.</translation>
+    </message>
+    <message>
+        <source>Readouts</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>Darstellung</translation>
+    </message>
+    <message>
+        <source>CPU graph</source>
+        <translation>CPU-Grafik</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>Labels</source>
+        <translation>Beschriftung</translation>
+    </message>
+    <message>
+        <source>Accents</source>
+        <translation>Akzente</translation>
+    </message>
+    <message>
+        <source>CPU fast cores</source>
+        <translation>CPU, schnelle Kerne</translation>
+    </message>
+    <message>
+        <source>Custom…</source>
+        <translation>Eigene…</translation>
+    </message>
+    <message>
+        <source>Accent</source>
+        <translation>Akzent</translation>
+    </message>
+    <message>
+        <source>Corvane</source>
+        <translation>Corvane</translation>
+    </message>
+    <message>
+        <source>Show Corvane in the menu bar</source>
+        <translation>Corvane in der Menüleiste zeigen</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Anmeldung</translation>
+    </message>
+    <message>
+        <source>Start Corvane at login</source>
+        <translation>Corvane bei der Anmeldung starten</translation>
+    </message>
+    <message>
+        <source>Refresh every</source>
+        <translation>Aktualisieren alle</translation>
+    </message>
+    <message>
+        <source>Temperatures</source>
+        <translation>Temperaturen</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Panel appearance</source>
+        <translation>Darstellung der Tafeln</translation>
+    </message>
+    <message>
+        <source>Translucent</source>
+        <translation>Durchscheinend</translation>
+    </message>
+    <message>
+        <source>Opaque</source>
+        <translation>Deckend</translation>
+    </message>
+    <message>
+        <source>Panel background</source>
+        <translation>Hintergrund der Tafeln</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Corvane restarts in the new language.</source>
+        <translation>Corvane startet in der neuen Sprache neu.</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Automatisch nach Updates suchen</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>Jetzt suchen</translation>
+    </message>
+    <message>
+        <source>Corvane checks for updates while it runs from its bundle.</source>
+        <translation>Corvane sucht nach Updates, wenn es aus seinem Paket läuft.</translation>
+    </message>
+    <message>
+        <source>This version</source>
+        <translation>Diese Version</translation>
+    </message>
+    <message>
+        <source>Corvane %1</source>
+        <translation>Corvane %1</translation>
+    </message>
+    <message>
+        <source>No update offered</source>
+        <translation>Kein Update angeboten</translation>
+    </message>
+    <message>
+        <source>A system monitor for the menu bar.</source>
+        <translation>Eine Systemüberwachung für die Menüleiste.</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>Build</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>Einstellungsdatei</translation>
+    </message>
+    <message>
+        <source>Documentation</source>
+        <translation>Dokumentation</translation>
+    </message>
+    <message>
+        <source>Read me</source>
+        <translation>Lies mich</translation>
+    </message>
+    <message>
+        <source>How readings are made on Linux</source>
+        <translation>Wie die Werte unter Linux entstehen</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>Nicht gesichert</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Usage</source>
+        <translation>Auslastung</translation>
+    </message>
+    <message>
+        <source>Swap Used</source>
+        <translation>Belegter Auslagerungsspeicher</translation>
+    </message>
+    <message>
+        <source>Free Space</source>
+        <translation>Freier Speicher</translation>
+    </message>
+    <message>
+        <source>Hottest Sensor</source>
+        <translation>Heißester Sensor</translation>
+    </message>
+    <message>
+        <source>GPU Temperature</source>
+        <translation>GPU-Temperatur</translation>
+    </message>
+    <message>
+        <source>Fan Speed</source>
+        <translation>Lüftergeschwindigkeit</translation>
+    </message>
+    <message>
+        <source>Bars</source>
+        <translation>Balken</translation>
+    </message>
+    <message>
+        <source>Wave</source>
+        <translation>Welle</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>Kompakt</translation>
+    </message>
+    <message>
+        <source>Pill</source>
+        <translation>Pille</translation>
+    </message>
+    <message>
+        <source>Square</source>
+        <translation>Eckig</translation>
+    </message>
+    <message>
+        <source>Icons</source>
+        <translation>Symbole</translation>
+    </message>
+    <message>
+        <source>Letters</source>
+        <translation>Buchstaben</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>Signal</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Indigo</source>
+        <translation>Indigo</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Violett</translation>
+    </message>
+    <message>
+        <source>Teal</source>
+        <translation>Blaugrün</translation>
+    </message>
+    <message>
+        <source>Pine</source>
+        <translation>Kiefer</translation>
+    </message>
+    <message>
+        <source>Amber</source>
+        <translation>Bernstein</translation>
+    </message>
+    <message>
+        <source>Graphite</source>
+        <translation>Graphit</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Eigene</translation>
+    </message>
+    <message>
+        <source>Celsius</source>
+        <translation>Celsius</translation>
+    </message>
+    <message>
+        <source>Fahrenheit</source>
+        <translation>Fahrenheit</translation>
+    </message>
 </context>
 </TS>

@@ -364,5 +364,285 @@
         <source>Write</source>
         <translation>Escritura</translation>
     </message>
+    <message>
+        <source>Corvane Settings</source>
+        <translation>Ajustes de Corvane</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>Indicadores</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>General</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Actualizaciones</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Acerca de</translation>
+    </message>
+    <message>
+        <source>Corvane could not save your last change. It stays here and is saved with the next change that goes through.</source>
+        <translation>Corvane no pudo guardar el último cambio. Se mantiene aquí y se guardará con el siguiente cambio que se guarde.</translation>
+    </message>
+    <message>
+        <source>Menu Bar</source>
+        <translation>Barra de menús</translation>
+    </message>
+    <message>
+        <source>Drag to reorder. Hidden meters keep their places.</source>
+        <translation>Arrastre para reordenar. Los indicadores ocultos conservan su lugar.</translation>
+    </message>
+    <message>
+        <source>Readouts</source>
+        <translation>Lecturas</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>Apariencia</translation>
+    </message>
+    <message>
+        <source>CPU graph</source>
+        <translation>Gráfico de CPU</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>Forma</translation>
+    </message>
+    <message>
+        <source>Labels</source>
+        <translation>Etiquetas</translation>
+    </message>
+    <message>
+        <source>Accents</source>
+        <translation>Acentos</translation>
+    </message>
+    <message>
+        <source>CPU fast cores</source>
+        <translation>CPU, núcleos rápidos</translation>
+    </message>
+    <message>
+        <source>Custom…</source>
+        <translation>Personalizado…</translation>
+    </message>
+    <message>
+        <source>Accent</source>
+        <translation>Acento</translation>
+    </message>
+    <message>
+        <source>Corvane</source>
+        <translation>Corvane</translation>
+    </message>
+    <message>
+        <source>Show Corvane in the menu bar</source>
+        <translation>Mostrar Corvane en la barra de menús</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Inicio de sesión</translation>
+    </message>
+    <message>
+        <source>Start Corvane at login</source>
+        <translation>Abrir Corvane al iniciar sesión</translation>
+    </message>
+    <message>
+        <source>Refresh every</source>
+        <translation>Actualizar cada</translation>
+    </message>
+    <message>
+        <source>Temperatures</source>
+        <translation>Temperaturas</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Claro</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Oscuro</translation>
+    </message>
+    <message>
+        <source>Panel appearance</source>
+        <translation>Apariencia de los paneles</translation>
+    </message>
+    <message>
+        <source>Translucent</source>
+        <translation>Translúcido</translation>
+    </message>
+    <message>
+        <source>Opaque</source>
+        <translation>Opaco</translation>
+    </message>
+    <message>
+        <source>Panel background</source>
+        <translation>Fondo de los paneles</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Idioma</translation>
+    </message>
+    <message>
+        <source>Corvane restarts in the new language.</source>
+        <translation>Corvane se reinicia en el nuevo idioma.</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Buscar actualizaciones automáticamente</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>Buscar ahora</translation>
+    </message>
+    <message>
+        <source>Corvane checks for updates while it runs from its bundle.</source>
+        <translation>Corvane busca actualizaciones cuando se ejecuta desde su paquete.</translation>
+    </message>
+    <message>
+        <source>This version</source>
+        <translation>Esta versión</translation>
+    </message>
+    <message>
+        <source>Corvane %1</source>
+        <translation>Corvane %1</translation>
+    </message>
+    <message>
+        <source>No update offered</source>
+        <translation>No hay actualizaciones</translation>
+    </message>
+    <message>
+        <source>A system monitor for the menu bar.</source>
+        <translation>Un monitor del sistema para la barra de menús.</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Versión</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>Compilación</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>Archivo de ajustes</translation>
+    </message>
+    <message>
+        <source>Documentation</source>
+        <translation>Documentación</translation>
+    </message>
+    <message>
+        <source>Read me</source>
+        <translation>Léame</translation>
+    </message>
+    <message>
+        <source>How readings are made on Linux</source>
+        <translation>Cómo se obtienen las lecturas en Linux</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>No se guarda</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Desactivado</translation>
+    </message>
+    <message>
+        <source>Usage</source>
+        <translation>Uso</translation>
+    </message>
+    <message>
+        <source>Swap Used</source>
+        <translation>Swap usado</translation>
+    </message>
+    <message>
+        <source>Free Space</source>
+        <translation>Espacio libre</translation>
+    </message>
+    <message>
+        <source>Hottest Sensor</source>
+        <translation>Sensor más caliente</translation>
+    </message>
+    <message>
+        <source>GPU Temperature</source>
+        <translation>Temperatura de la GPU</translation>
+    </message>
+    <message>
+        <source>Fan Speed</source>
+        <translation>Velocidad del ventilador</translation>
+    </message>
+    <message>
+        <source>Bars</source>
+        <translation>Barras</translation>
+    </message>
+    <message>
+        <source>Wave</source>
+        <translation>Onda</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>Compacto</translation>
+    </message>
+    <message>
+        <source>Pill</source>
+        <translation>Píldora</translation>
+    </message>
+    <message>
+        <source>Square</source>
+        <translation>Cuadrado</translation>
+    </message>
+    <message>
+        <source>Icons</source>
+        <translation>Iconos</translation>
+    </message>
+    <message>
+        <source>Letters</source>
+        <translation>Letras</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>Señal</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Azul</translation>
+    </message>
+    <message>
+        <source>Indigo</source>
+        <translation>Índigo</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Morado</translation>
+    </message>
+    <message>
+        <source>Teal</source>
+        <translation>Verde azulado</translation>
+    </message>
+    <message>
+        <source>Pine</source>
+        <translation>Pino</translation>
+    </message>
+    <message>
+        <source>Amber</source>
+        <translation>Ámbar</translation>
+    </message>
+    <message>
+        <source>Graphite</source>
+        <translation>Grafito</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Personalizado</translation>
+    </message>
+    <message>
+        <source>Celsius</source>
+        <translation>Celsius</translation>
+    </message>
+    <message>
+        <source>Fahrenheit</source>
+        <translation>Fahrenheit</translation>
+    </message>
 </context>
 </TS>

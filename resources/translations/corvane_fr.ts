@@ -364,5 +364,285 @@
         <source>Write</source>
         <translation>Écriture</translation>
     </message>
+    <message>
+        <source>Corvane Settings</source>
+        <translation>Réglages de Corvane</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>Indicateurs</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Général</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Mises à jour</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>À propos</translation>
+    </message>
+    <message>
+        <source>Corvane could not save your last change. It stays here and is saved with the next change that goes through.</source>
+        <translation>Corvane n’a pas pu enregistrer votre dernière modification. Elle reste affichée ici et sera enregistrée avec la prochaine modification qui aboutit.</translation>
+    </message>
+    <message>
+        <source>Menu Bar</source>
+        <translation>Barre des menus</translation>
+    </message>
+    <message>
+        <source>Drag to reorder. Hidden meters keep their places.</source>
+        <translation>Faites glisser pour réordonner. Les indicateurs masqués gardent leur place.</translation>
+    </message>
+    <message>
+        <source>Readouts</source>
+        <translation>Valeurs</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>Apparence</translation>
+    </message>
+    <message>
+        <source>CPU graph</source>
+        <translation>Graphique CPU</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>Forme</translation>
+    </message>
+    <message>
+        <source>Labels</source>
+        <translation>Étiquettes</translation>
+    </message>
+    <message>
+        <source>Accents</source>
+        <translation>Couleurs</translation>
+    </message>
+    <message>
+        <source>CPU fast cores</source>
+        <translation>CPU, cœurs rapides</translation>
+    </message>
+    <message>
+        <source>Custom…</source>
+        <translation>Personnalisée…</translation>
+    </message>
+    <message>
+        <source>Accent</source>
+        <translation>Couleur</translation>
+    </message>
+    <message>
+        <source>Corvane</source>
+        <translation>Corvane</translation>
+    </message>
+    <message>
+        <source>Show Corvane in the menu bar</source>
+        <translation>Afficher Corvane dans la barre des menus</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Ouverture de session</translation>
+    </message>
+    <message>
+        <source>Start Corvane at login</source>
+        <translation>Lancer Corvane à l’ouverture de session</translation>
+    </message>
+    <message>
+        <source>Refresh every</source>
+        <translation>Actualiser toutes les</translation>
+    </message>
+    <message>
+        <source>Temperatures</source>
+        <translation>Températures</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Clair</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Sombre</translation>
+    </message>
+    <message>
+        <source>Panel appearance</source>
+        <translation>Apparence des panneaux</translation>
+    </message>
+    <message>
+        <source>Translucent</source>
+        <translation>Translucide</translation>
+    </message>
+    <message>
+        <source>Opaque</source>
+        <translation>Opaque</translation>
+    </message>
+    <message>
+        <source>Panel background</source>
+        <translation>Fond des panneaux</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Langue</translation>
+    </message>
+    <message>
+        <source>Corvane restarts in the new language.</source>
+        <translation>Corvane redémarre dans la nouvelle langue.</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Rechercher automatiquement les mises à jour</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>Rechercher maintenant</translation>
+    </message>
+    <message>
+        <source>Corvane checks for updates while it runs from its bundle.</source>
+        <translation>Corvane recherche les mises à jour quand il s’exécute depuis son paquet.</translation>
+    </message>
+    <message>
+        <source>This version</source>
+        <translation>Cette version</translation>
+    </message>
+    <message>
+        <source>Corvane %1</source>
+        <translation>Corvane %1</translation>
+    </message>
+    <message>
+        <source>No update offered</source>
+        <translation>Aucune mise à jour proposée</translation>
+    </message>
+    <message>
+        <source>A system monitor for the menu bar.</source>
+        <translation>Un moniteur système pour la barre des menus.</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>Build</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>Fichier de réglages</translation>
+    </message>
+    <message>
+        <source>Documentation</source>
+        <translation>Documentation</translation>
+    </message>
+    <message>
+        <source>Read me</source>
+        <translation>Lisez-moi</translation>
+    </message>
+    <message>
+        <source>How readings are made on Linux</source>
+        <translation>Comment les valeurs sont lues sous Linux</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>Non enregistré</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Désactivé</translation>
+    </message>
+    <message>
+        <source>Usage</source>
+        <translation>Utilisation</translation>
+    </message>
+    <message>
+        <source>Swap Used</source>
+        <translation>Swap utilisé</translation>
+    </message>
+    <message>
+        <source>Free Space</source>
+        <translation>Espace libre</translation>
+    </message>
+    <message>
+        <source>Hottest Sensor</source>
+        <translation>Capteur le plus chaud</translation>
+    </message>
+    <message>
+        <source>GPU Temperature</source>
+        <translation>Température GPU</translation>
+    </message>
+    <message>
+        <source>Fan Speed</source>
+        <translation>Vitesse du ventilateur</translation>
+    </message>
+    <message>
+        <source>Bars</source>
+        <translation>Barres</translation>
+    </message>
+    <message>
+        <source>Wave</source>
+        <translation>Onde</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>Compact</translation>
+    </message>
+    <message>
+        <source>Pill</source>
+        <translation>Pilule</translation>
+    </message>
+    <message>
+        <source>Square</source>
+        <translation>Carré</translation>
+    </message>
+    <message>
+        <source>Icons</source>
+        <translation>Icônes</translation>
+    </message>
+    <message>
+        <source>Letters</source>
+        <translation>Lettres</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>Signal</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Bleu</translation>
+    </message>
+    <message>
+        <source>Indigo</source>
+        <translation>Indigo</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Violet</translation>
+    </message>
+    <message>
+        <source>Teal</source>
+        <translation>Sarcelle</translation>
+    </message>
+    <message>
+        <source>Pine</source>
+        <translation>Pin</translation>
+    </message>
+    <message>
+        <source>Amber</source>
+        <translation>Ambre</translation>
+    </message>
+    <message>
+        <source>Graphite</source>
+        <translation>Graphite</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Personnalisée</translation>
+    </message>
+    <message>
+        <source>Celsius</source>
+        <translation>Celsius</translation>
+    </message>
+    <message>
+        <source>Fahrenheit</source>
+        <translation>Fahrenheit</translation>
+    </message>
 </context>
 </TS>

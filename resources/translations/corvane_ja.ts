@@ -364,5 +364,285 @@
         <source>Write</source>
         <translation>書き込み</translation>
     </message>
+    <message>
+        <source>Corvane Settings</source>
+        <translation>Corvane 設定</translation>
+    </message>
+    <message>
+        <source>Meters</source>
+        <translation>メーター</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>一般</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>アップデート</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>情報</translation>
+    </message>
+    <message>
+        <source>Corvane could not save your last change. It stays here and is saved with the next change that goes through.</source>
+        <translation>最後の変更を保存できませんでした。変更はここに表示されたままで、次に保存できたときに一緒に保存されます。</translation>
+    </message>
+    <message>
+        <source>Menu Bar</source>
+        <translation>メニューバー</translation>
+    </message>
+    <message>
+        <source>Drag to reorder. Hidden meters keep their places.</source>
+        <translation>ドラッグで並べ替え。非表示のメーターは位置を保ちます。</translation>
+    </message>
+    <message>
+        <source>Readouts</source>
+        <translation>表示値</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>外観</translation>
+    </message>
+    <message>
+        <source>CPU graph</source>
+        <translation>CPU グラフ</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>形</translation>
+    </message>
+    <message>
+        <source>Labels</source>
+        <translation>ラベル</translation>
+    </message>
+    <message>
+        <source>Accents</source>
+        <translation>アクセント</translation>
+    </message>
+    <message>
+        <source>CPU fast cores</source>
+        <translation>CPU 高性能コア</translation>
+    </message>
+    <message>
+        <source>Custom…</source>
+        <translation>カスタム…</translation>
+    </message>
+    <message>
+        <source>Accent</source>
+        <translation>アクセント</translation>
+    </message>
+    <message>
+        <source>Corvane</source>
+        <translation>Corvane</translation>
+    </message>
+    <message>
+        <source>Show Corvane in the menu bar</source>
+        <translation>メニューバーに Corvane を表示</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>ログイン</translation>
+    </message>
+    <message>
+        <source>Start Corvane at login</source>
+        <translation>ログイン時に Corvane を起動</translation>
+    </message>
+    <message>
+        <source>Refresh every</source>
+        <translation>更新間隔</translation>
+    </message>
+    <message>
+        <source>Temperatures</source>
+        <translation>温度</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>ライト</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>ダーク</translation>
+    </message>
+    <message>
+        <source>Panel appearance</source>
+        <translation>パネルの外観</translation>
+    </message>
+    <message>
+        <source>Translucent</source>
+        <translation>半透明</translation>
+    </message>
+    <message>
+        <source>Opaque</source>
+        <translation>不透明</translation>
+    </message>
+    <message>
+        <source>Panel background</source>
+        <translation>パネルの背景</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>言語</translation>
+    </message>
+    <message>
+        <source>Corvane restarts in the new language.</source>
+        <translation>Corvane は新しい言語で再起動します。</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>アップデートを自動的に確認</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>今すぐ確認</translation>
+    </message>
+    <message>
+        <source>Corvane checks for updates while it runs from its bundle.</source>
+        <translation>Corvane はバンドルから実行しているときにアップデートを確認します。</translation>
+    </message>
+    <message>
+        <source>This version</source>
+        <translation>このバージョン</translation>
+    </message>
+    <message>
+        <source>Corvane %1</source>
+        <translation>Corvane %1</translation>
+    </message>
+    <message>
+        <source>No update offered</source>
+        <translation>提供中のアップデートはありません</translation>
+    </message>
+    <message>
+        <source>A system monitor for the menu bar.</source>
+        <translation>メニューバーのシステムモニター。</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>バージョン</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>ビルド</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>設定ファイル</translation>
+    </message>
+    <message>
+        <source>Documentation</source>
+        <translation>ドキュメント</translation>
+    </message>
+    <message>
+        <source>Read me</source>
+        <translation>はじめに</translation>
+    </message>
+    <message>
+        <source>How readings are made on Linux</source>
+        <translation>Linux での計測方法</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>保存されません</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>オフ</translation>
+    </message>
+    <message>
+        <source>Usage</source>
+        <translation>使用率</translation>
+    </message>
+    <message>
+        <source>Swap Used</source>
+        <translation>使用中のスワップ</translation>
+    </message>
+    <message>
+        <source>Free Space</source>
+        <translation>空き容量</translation>
+    </message>
+    <message>
+        <source>Hottest Sensor</source>
+        <translation>最も高温のセンサー</translation>
+    </message>
+    <message>
+        <source>GPU Temperature</source>
+        <translation>GPU 温度</translation>
+    </message>
+    <message>
+        <source>Fan Speed</source>
+        <translation>ファン速度</translation>
+    </message>
+    <message>
+        <source>Bars</source>
+        <translation>バー</translation>
+    </message>
+    <message>
+        <source>Wave</source>
+        <translation>波形</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>コンパクト</translation>
+    </message>
+    <message>
+        <source>Pill</source>
+        <translation>ピル</translation>
+    </message>
+    <message>
+        <source>Square</source>
+        <translation>角型</translation>
+    </message>
+    <message>
+        <source>Icons</source>
+        <translation>アイコン</translation>
+    </message>
+    <message>
+        <source>Letters</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>シグナル</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>ブルー</translation>
+    </message>
+    <message>
+        <source>Indigo</source>
+        <translation>インディゴ</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>パープル</translation>
+    </message>
+    <message>
+        <source>Teal</source>
+        <translation>ティール</translation>
+    </message>
+    <message>
+        <source>Pine</source>
+        <translation>パイン</translation>
+    </message>
+    <message>
+        <source>Amber</source>
+        <translation>アンバー</translation>
+    </message>
+    <message>
+        <source>Graphite</source>
+        <translation>グラファイト</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>カスタム</translation>
+    </message>
+    <message>
+        <source>Celsius</source>
+        <translation>摂氏</translation>
+    </message>
+    <message>
+        <source>Fahrenheit</source>
+        <translation>華氏</translation>
+    </message>
 </context>
 </TS>

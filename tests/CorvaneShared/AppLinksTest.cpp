@@ -127,6 +127,28 @@ TEST_F(AppLinksTest, StartsTheEmbeddingBundlesExecutableOrOnlyPostsWhenThereIsNo
     EXPECT_EQ(launches[0].program, (app / "bin/corvane").string());
 }
 
+TEST_F(AppLinksTest, WithoutBundleOrEntryStartsTheCompanionBuiltOrInstalledWithTheAgent) {
+    for (const char* place : {"corvane-settings", "bin/corvane-settings"}) {
+        SCOPED_TRACE(place);
+        fs::remove_all(root.path());
+        const fs::path agentBundle = root / "build";
+        writeBundleInfo(agentBundle, R"({"identifier": "io.test.Agent"})");
+        links(agentBundle).openSettingsApp();
+        EXPECT_TRUE(launches.empty());
+
+        fs::create_directories((agentBundle / place).parent_path());
+        writeFile(agentBundle / place, "#!/bin/sh\n");
+        links(agentBundle).openSettingsApp();
+        ASSERT_EQ(launches.size(), 1u);
+        EXPECT_EQ(launches[0].program, (agentBundle / place).string());
+        // An installed desktop entry still comes first.
+        writeDesktopEntry(root / "system", "[Desktop Entry]\nExec=installed\n");
+        EXPECT_EQ(links(agentBundle).containingAppURL(),
+                  root / "system/applications/io.test.App.desktop");
+        launches.clear();
+    }
+}
+
 TEST_F(AppLinksTest, UnitTestHostIsMarkedByTheVariableEvenWhenEmpty) {
     EXPECT_FALSE(links().isUnitTestHost());
     environment.variables["XCTestConfigurationFilePath"] = "";

@@ -7,8 +7,8 @@
 #include <variant>
 #include <vector>
 
-#include "CorvaneShared/AutostartEntry.h"
 #include "CorvaneShared/BuildInfo.h"
+#include "CorvaneShared/LoginItem.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneShared/SignalListener.h"
 #include "Platform/Linux/ExecutablePath.h"
@@ -42,23 +42,13 @@ int runSettings(const CtlCommand& command) {
 }
 
 int runAutostart(const CtlCommand& command) {
-    const auto environment = [](const char* name) -> const char* { return std::getenv(name); };
-    const auto directory = corvane::AutostartEntry::directory();
     // corvanectl ships with the agent, so the agent to start is the one of this copy: in the
     // portable bundle the agent bundle inside it, installed or built the program beside it.
     // The path is the resolved executable, so a link to corvanectl finds the real copy.
-    const auto self = corvane::currentExecutablePath();
     const std::vector<std::string> noArguments;
-    const corvane::AutostartPlace place{
-        .entryFile = directory ? std::optional(corvane::AutostartEntry::file(
-                                     *directory, corvane::buildinfo::agentBundleIdentifier))
-                               : std::nullopt,
-        .agent = self ? corvane::AutostartEntry::agentOfCompanion(*self) : std::nullopt,
-        .environment = environment,
-        .arguments = noArguments,
-        .places = corvane::LoginItemPolicy::processPlaceLookups(),
-    };
-    return corvane::runAutostartCommand(command, place, std::cout, std::cerr);
+    return corvane::runAutostartCommand(
+        command, corvane::LoginItem::processPlace(corvane::currentExecutablePath(), noArguments),
+        std::cout, std::cerr);
 }
 
 int runSignals(const CtlCommand& command, int argc, char** argv) {
