@@ -80,6 +80,7 @@ grep -q '"thermalStateLabel": "Unbekannt"' <<<"$snapshot" ||
 # Installed, the agent is not inside a bundle: the package manager updates it.
 check=$("$root/bin/corvane-agent" --update-check 2>/dev/null) && fail "update check succeeded"
 grep -q '"error": *"updates off' <<<"$check" || fail "updates are not off: $check"
+grep -q '"version": *"[0-9]' <<<"$check" || fail "the install does not name its version: $check"
 [[ $("$root/bin/corvanectl" get refreshInterval) == 1 ]] || fail "the installed corvanectl failed"
 
 if ((failures > 0)); then
