@@ -6,7 +6,7 @@ BUILD_TYPE ?= RelWithDebInfo
 SANITIZE_DIR ?= build-sanitize
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize bench bundle format tidy clean
+.PHONY: all setup build run test test-sanitize bench bundle install package format tidy clean
 
 all: build
 
@@ -48,6 +48,21 @@ bench: build
 # The portable bundle: $(BUILD_DIR)/bundle/Corvane.app and Corvane-<version>.tar.xz.
 bundle: build
 	cmake --build $(BUILD_DIR) --target bundle
+
+# Installs under PREFIX (default /usr/local), into DESTDIR when set: `make install
+# PREFIX=/opt/corvane DESTDIR=/tmp/stage`. The prefix is configured into the build, because the
+# desktop entries and the user unit name the programs by their full paths.
+PREFIX ?= /usr/local
+install: setup
+	cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	cmake --build $(BUILD_DIR) -j $(JOBS)
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR)
+
+# The Debian package, built by debhelper (debian/) from a copy of the sources in
+# $(BUILD_DIR)/package/, so the tree stays clean; the .deb files land in $(BUILD_DIR)/.
+package:
+	@scripts/setup package
+	scripts/build-package $(BUILD_DIR)
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
