@@ -42,12 +42,15 @@ constexpr auto settingsSettle = 50ms;
 constexpr const char* pageNames[] = {"meters", "general", "updates", "about"};
 
 constexpr const char* usage =
-    "usage: corvane-settings [--page meters|general|updates|about] [--render DIR]\n"
-    "                        [--no-login-item]\n"
+    "Usage: corvane-settings [options]\n"
+    "\n"
     "Opens the Corvane Settings window, or brings the open one forward.\n"
-    "  --page NAME      show that page first\n"
+    "\n"
+    "Options:\n"
+    "  --page NAME      show that page first: meters, general, updates or about\n"
     "  --render DIR     draw each page into DIR/settings-NAME.png and exit (no display needed)\n"
-    "  --no-login-item  leave the login item as it is\n";
+    "  --no-login-item  leave the login item as it is\n"
+    "  -h, --help       show this text\n";
 
 struct Options {
     int page = 0;
