@@ -1,10 +1,7 @@
 #include "CorvaneAgent/Program/HeadlessSession.h"
 
-#include <unistd.h>
 #include <QCoreApplication>
 
-#include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -14,6 +11,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
+#include "CorvaneAgent/Program/JSONLineWriter.h"
 #include "CorvaneAgent/Program/MachineSources.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/AppLanguage.h"
@@ -24,41 +22,6 @@
 namespace corvane {
 
 namespace {
-
-// Writes JSON lines to standard output through nlohmann/json's own serializer into one buffer
-// that is kept from line to line, and hands each line to the kernel with write(2): no string per
-// line, and no second copy into stdio's buffer. Each line goes out whole as soon as it is made,
-// so a reader on a pipe sees each refresh as it happens.
-class LineWriter {
-public:
-    LineWriter() : serializer(nlohmann::detail::output_adapter<char>(buffer), ' ', replace) {}
-
-    void write(const nlohmann::ordered_json& json, int indent) {
-        buffer.clear();
-        serializer.dump(json, indent >= 0, false, static_cast<unsigned int>(std::max(indent, 0)));
-        buffer.push_back('\n');
-        std::size_t written = 0;
-        while (written < buffer.size()) {
-            const ssize_t count =
-                ::write(STDOUT_FILENO, buffer.data() + written, buffer.size() - written);
-            if (count < 0 && errno == EINTR) {
-                continue;
-            }
-            if (count <= 0) {
-                return;
-            }
-            written += static_cast<std::size_t>(count);
-        }
-    }
-
-private:
-    // Names come from the system (volume labels, process names) and need not be valid UTF-8; a
-    // replacement character beats losing the whole reading.
-    static constexpr auto replace = nlohmann::ordered_json::error_handler_t::replace;
-
-    std::string buffer;
-    nlohmann::detail::serializer<nlohmann::ordered_json> serializer;
-};
 
 // Runs a stream's "background" work on the main thread, queued behind the refresh that started
 // it. A stream draws nothing that must stay responsive, so a thread handoff per task buys
@@ -109,7 +72,7 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
         isSnapshot ? options.refreshes.value_or(defaultSnapshotRefreshes) : options.refreshes;
     int refreshes = 0;
     int status = 0;
-    LineWriter lines;
+    JSONLineWriter lines;
     SystemMonitor& model = *monitor;
     monitor->setOnRefresh([&] {
         ++refreshes;
