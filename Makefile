@@ -42,8 +42,12 @@ test-sanitize: setup
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
+# Each figure beside its floor and the ratio: the benchmark program's table, then the running
+# stream beside its floor program for BENCH_SECONDS.
+BENCH_SECONDS ?= 60
 bench: build
 	$(BUILD_DIR)/bench/corvane-bench
+	CORVANE_BUILD=$(BUILD_DIR) bench/stream-cpu.sh $(BENCH_SECONDS)
 
 # The portable bundle: $(BUILD_DIR)/bundle/Corvane.app and Corvane-<version>.tar.xz.
 bundle: build

@@ -2,6 +2,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "CorvaneAgent/SystemMonitor.h"
@@ -11,6 +13,25 @@ namespace corvane {
 using JSON = nlohmann::ordered_json;
 
 namespace {
+
+// An object from its members, given in order and each key once. Built member by member: from a
+// braced list nlohmann/json first makes a two-element array of every member and then converts,
+// and its operator[] looks each key up among the members already there, which makes a large
+// object quadratic in its size.
+class ObjectBuilder {
+public:
+    ObjectBuilder() : json(JSON::object()) {}
+    template <typename Value>
+    ObjectBuilder& add(std::string_view key, Value&& value) {
+        json.get_ref<JSON::object_t&>().emplace_back(std::string(key),
+                                                     JSON(std::forward<Value>(value)));
+        return *this;
+    }
+    JSON take() { return std::move(json); }
+
+private:
+    JSON json;
+};
 
 // One overload per kind of value a field holds; numbers, strings and fixed arrays convert as
 // they are. Declared before the templates so that those find them for every element type.
@@ -44,51 +65,70 @@ JSON valueJSON(const std::vector<Item>& items) {
 }
 
 JSON valueJSON(const ProcessMetric& process) {
-    return {{"pid", process.pid},           {"name", process.name},
-            {"cpu", process.cpu},           {"memory", process.memory},
-            {"diskRead", process.diskRead}, {"diskWrite", process.diskWrite}};
+    return ObjectBuilder()
+        .add("pid", process.pid)
+        .add("name", process.name)
+        .add("cpu", process.cpu)
+        .add("memory", process.memory)
+        .add("diskRead", process.diskRead)
+        .add("diskWrite", process.diskWrite)
+        .take();
 }
 
 JSON valueJSON(const TemperatureReading& reading) {
-    return {{"key", reading.key},
-            {"category", sensorCategoryRaw(reading.category)},
-            {"celsius", reading.celsius}};
+    return ObjectBuilder()
+        .add("key", reading.key)
+        .add("category", sensorCategoryRaw(reading.category))
+        .add("celsius", reading.celsius)
+        .take();
 }
 
 JSON valueJSON(const SensorGroup& group) {
-    return {{"category", sensorCategoryRaw(group.category)}, {"celsius", group.celsius}};
+    return ObjectBuilder()
+        .add("category", sensorCategoryRaw(group.category))
+        .add("celsius", group.celsius)
+        .take();
 }
 
 JSON valueJSON(const FanReading& fan) {
-    return {{"key", fan.key},
-            {"index", fan.index},
-            {"rpm", fan.rpm},
-            {"minimumRPM", valueJSON(fan.minimumRPM)},
-            {"maximumRPM", valueJSON(fan.maximumRPM)}};
+    return ObjectBuilder()
+        .add("key", fan.key)
+        .add("index", fan.index)
+        .add("rpm", fan.rpm)
+        .add("minimumRPM", valueJSON(fan.minimumRPM))
+        .add("maximumRPM", valueJSON(fan.maximumRPM))
+        .take();
 }
 
 JSON valueJSON(const PowerReading& reading) {
-    return {{"channel", powerChannelRaw(reading.channel)}, {"watts", reading.watts}};
+    return ObjectBuilder()
+        .add("channel", powerChannelRaw(reading.channel))
+        .add("watts", reading.watts)
+        .take();
 }
 
 JSON valueJSON(const BatteryInfo& battery) {
-    return {{"chargePercent", battery.chargePercent},
-            {"healthPercent", battery.healthPercent},
-            {"cycleCount", battery.cycleCount},
-            {"volts", battery.volts},
-            {"amps", battery.amps},
-            {"isCharging", battery.isCharging},
-            {"isPluggedIn", battery.isPluggedIn},
-            {"isFullyCharged", battery.isFullyCharged},
-            {"minutesRemaining", valueJSON(battery.minutesRemaining)}};
+    return ObjectBuilder()
+        .add("chargePercent", battery.chargePercent)
+        .add("healthPercent", battery.healthPercent)
+        .add("cycleCount", battery.cycleCount)
+        .add("volts", battery.volts)
+        .add("amps", battery.amps)
+        .add("isCharging", battery.isCharging)
+        .add("isPluggedIn", battery.isPluggedIn)
+        .add("isFullyCharged", battery.isFullyCharged)
+        .add("minutesRemaining", valueJSON(battery.minutesRemaining))
+        .take();
 }
 
 JSON valueJSON(const SamplingPlan& plan) {
-    return {{"samplesProcesses", plan.samplesProcesses},
-            {"samplesGPU", plan.samplesGPU},
-            {"samplesBattery", plan.samplesBattery},
-            {"storageEvery", plan.storageEvery},
-            {"smcScope", smcScopeRaw(plan.smcScope)}};
+    return ObjectBuilder()
+        .add("samplesProcesses", plan.samplesProcesses)
+        .add("samplesGPU", plan.samplesGPU)
+        .add("samplesBattery", plan.samplesBattery)
+        .add("storageEvery", plan.storageEvery)
+        .add("smcScope", smcScopeRaw(plan.smcScope))
+        .take();
 }
 
 JSON valueJSON(ThermalState state) {
@@ -102,22 +142,22 @@ JSON valueJSON(MemoryPressureLevel level) {
 }  // namespace
 
 JSON monitorSnapshot(const SystemMonitor& monitor) {
-    JSON json = JSON::object();
+    ObjectBuilder json;
     forEachPublishedField(monitor.fields(), [&json](std::string_view name, const auto& value) {
-        json[std::string(name)] = valueJSON(value);
+        json.add(name, valueJSON(value));
     });
 
-    json["memoryUsage"] = monitor.memoryUsage();
-    json["memoryPressure"] = monitor.memoryPressure();
-    json["storageUsage"] = monitor.storageUsage();
-    json["thermalStateLabel"] = monitor.thermalStateLabel();
-    json["cpuWatts"] = valueJSON(monitor.cpuWatts());
-    json["systemWatts"] = valueJSON(monitor.systemWatts());
-    json["hottestCelsius"] = valueJSON(monitor.hottestCelsius());
-    json["fastestFanRPM"] = valueJSON(monitor.fastestFanRPM());
+    json.add("memoryUsage", monitor.memoryUsage())
+        .add("memoryPressure", monitor.memoryPressure())
+        .add("storageUsage", monitor.storageUsage())
+        .add("thermalStateLabel", monitor.thermalStateLabel())
+        .add("cpuWatts", valueJSON(monitor.cpuWatts()))
+        .add("systemWatts", valueJSON(monitor.systemWatts()))
+        .add("hottestCelsius", valueJSON(monitor.hottestCelsius()))
+        .add("fastestFanRPM", valueJSON(monitor.fastestFanRPM()));
 
-    json["plan"] = valueJSON(monitor.lastRefreshPlan());
-    return json;
+    json.add("plan", valueJSON(monitor.lastRefreshPlan()));
+    return json.take();
 }
 
 }  // namespace corvane

@@ -1,7 +1,9 @@
 // The cost of one process scan, per process: LinuxProcessSource on this machine's real /proc
 // and on a generated tree of 2,000 processes, beside a "floor" that lists the same directory
 // and reads the same files per process with plain open/read/close into a stack buffer, picking
-// out only the needed numbers by hand.
+// out only the needed numbers by hand. The source keeps its descriptors between scans, so its
+// steady state is measured; with a budget of no descriptors it reads the way the floor does.
+// Also what listing the root costs, with readdir(3) and with getdents64(2) on a kept descriptor.
 
 #include <benchmark/benchmark.h>
 #include <dirent.h>
@@ -15,6 +17,7 @@
 #include <string>
 
 #include "Platform/Linux/LinuxProcessSource.h"
+#include "Platform/Linux/PidListing.h"
 
 namespace corvane {
 namespace {
@@ -73,8 +76,7 @@ void reportPerProcess(benchmark::State& state, std::size_t processes) {
 
 // ---- Scan -------------------------------------------------------------------------------
 
-void runScan(benchmark::State& state, const fs::path& root) {
-    LinuxProcessSource source(root);
+void runScan(benchmark::State& state, LinuxProcessSource& source) {
     std::size_t processes = 0;
     for (auto _ : state) {
         const auto samples = source.sampleProcesses();
@@ -85,14 +87,61 @@ void runScan(benchmark::State& state, const fs::path& root) {
 }
 
 void BM_ProcessScanRealProc(benchmark::State& state) {
-    runScan(state, "/proc");
+    LinuxProcessSource source("/proc");
+    runScan(state, source);
 }
 BENCHMARK(BM_ProcessScanRealProc);
 
 void BM_ProcessScanGenerated2000(benchmark::State& state) {
-    runScan(state, generatedRoot());
+    LinuxProcessSource source(generatedRoot());
+    runScan(state, source);
 }
 BENCHMARK(BM_ProcessScanGenerated2000);
+
+// Keeping no descriptors: what a scan costs past the budget, and what it cost before.
+void BM_ProcessScanOpenReadCloseRealProc(benchmark::State& state) {
+    LinuxProcessSource source("/proc", 0);
+    runScan(state, source);
+}
+BENCHMARK(BM_ProcessScanOpenReadCloseRealProc);
+
+void BM_ProcessScanOpenReadCloseGenerated2000(benchmark::State& state) {
+    LinuxProcessSource source(generatedRoot(), 0);
+    runScan(state, source);
+}
+BENCHMARK(BM_ProcessScanOpenReadCloseGenerated2000);
+
+// ---- Listing the root -------------------------------------------------------------------
+
+void BM_PidListingGetdents64RealProc(benchmark::State& state) {
+    PidListing listing("/proc");
+    std::size_t processes = 0;
+    for (auto _ : state) {
+        const auto* entries = listing.list(LinuxProcessSource::maximumProcesses);
+        processes = entries != nullptr ? entries->size() : 0;
+        benchmark::DoNotOptimize(entries);
+    }
+    reportPerProcess(state, processes);
+}
+BENCHMARK(BM_PidListingGetdents64RealProc);
+
+// opendir/readdir/closedir, picking out the pids as the listing does.
+void BM_PidListingReaddirRealProc(benchmark::State& state) {
+    std::size_t processes = 0;
+    for (auto _ : state) {
+        processes = 0;
+        DIR* listing = ::opendir("/proc");
+        while (const dirent* entry = ::readdir(listing)) {
+            if (const auto pid = pidFromName(entry->d_name)) {
+                benchmark::DoNotOptimize(*pid);
+                ++processes;
+            }
+        }
+        ::closedir(listing);
+    }
+    reportPerProcess(state, processes);
+}
+BENCHMARK(BM_PidListingReaddirRealProc);
 
 // ---- Floor ------------------------------------------------------------------------------
 

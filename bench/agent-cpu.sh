@@ -3,7 +3,8 @@
 # stream, the menu bar with its four meters, and the menu bar with a panel open, each for
 # SECONDS (default 60) at the factory interval of one second, on a virtual X server with openbox.
 # Reads the agent's user and system time from /proc/PID/stat, so it measures everything the
-# process does (sampling, drawing, D-Bus, X11), not one function.
+# process does (sampling, drawing, D-Bus, X11), not one function; and its peak resident memory
+# (VmHWM) at the end of each measurement.
 #
 # Usage: bench/agent-cpu.sh [SECONDS]   (after make; needs Xvfb, openbox and xdotool)
 set -euo pipefail
@@ -50,10 +51,12 @@ measure() {
     before=$(cpu_ms "$pid")
     sleep "$seconds"
     after=$(cpu_ms "$pid")
+    local peak
+    peak=$(awk '/^VmHWM/ { print $2 }' "/proc/$pid/status")
     kill "$pid"
     wait "$pid" 2>/dev/null || true
-    awk -v b="$before" -v a="$after" -v s="$seconds" -v l="$label" \
-        'BEGIN { printf "%-34s %7.2f ms of processor time per refresh (%.2f%% of one core)\n", l, (a - b) / s, (a - b) / s / 10 }'
+    awk -v b="$before" -v a="$after" -v s="$seconds" -v l="$label" -v p="$peak" \
+        'BEGIN { printf "%-34s %7.2f ms of processor time per refresh (%.2f%% of one core), peak resident %.1f MB\n", l, (a - b) / s, (a - b) / s / 10, p / 1024 }'
 }
 open_rightmost_panel() {
     xdotool mousemove $((1280 - 18)) 12 click 1

@@ -4,11 +4,14 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
+#include "CorvaneAgent/Program/JSONLineWriter.h"
 #include "CorvaneAgent/Program/MachineSources.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/AppLanguage.h"
@@ -20,18 +23,18 @@ namespace corvane {
 
 namespace {
 
-// Names come from the system (volume labels, process names) and need not be valid UTF-8; a
-// replacement character beats losing the whole reading.
-std::string jsonText(const nlohmann::ordered_json& json, int indent) {
-    return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
+// Runs a stream's "background" work on the main thread, queued behind the refresh that started
+// it. A stream draws nothing that must stay responsive, so a thread handoff per task buys
+// nothing: this way the event loop wakes once per refresh, no pool thread wakes at all, and
+// none is started (nor its stack paid for).
+class DeferredTaskRunner final : public TaskRunner {
+public:
+    explicit DeferredTaskRunner(MainQueue& queue) : queue(queue) {}
+    void run(std::function<void()> work) override { queue.post(std::move(work)); }
 
-void printLine(const std::string& text) {
-    std::fputs(text.c_str(), stdout);
-    std::fputc('\n', stdout);
-    // Flushed per line, so a reader on a pipe sees each refresh as it happens.
-    std::fflush(stdout);
-}
+private:
+    MainQueue& queue;
+};
 
 }  // namespace
 
@@ -49,8 +52,10 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
     // A render samples exactly as a snapshot does.
     const bool isSnapshot = options.mode != AgentOptions::Mode::stream;
     QtRuntime runtime;
+    DeferredTaskRunner deferredTasks(runtime);
+    TaskRunner& tasks = isSnapshot ? static_cast<TaskRunner&>(runtime) : deferredTasks;
     MonitorServices services =
-        machineServices(options, settings, runtime.runtime(),
+        machineServices(options, settings, {runtime, runtime, runtime, tasks},
                         std::get<std::shared_ptr<SensorSource>>(std::move(sensors)));
     // A snapshot is a one-off reading that has to finish even behind a locked screen; a stream
     // runs like the agent and rests while nobody can see its readings.
@@ -67,11 +72,12 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
         isSnapshot ? options.refreshes.value_or(defaultSnapshotRefreshes) : options.refreshes;
     int refreshes = 0;
     int status = 0;
+    JSONLineWriter lines;
     SystemMonitor& model = *monitor;
     monitor->setOnRefresh([&] {
         ++refreshes;
         if (!isSnapshot) {
-            printLine(jsonText(monitorSnapshot(model), -1));
+            lines.write(monitorSnapshot(model), -1);
         }
         if (!limit || refreshes < *limit) {
             return;
@@ -82,7 +88,7 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
             if (isSnapshot && consumer) {
                 status = consumer(model, settings);
             } else if (isSnapshot) {
-                printLine(jsonText(monitorSnapshot(model), 2));
+                lines.write(monitorSnapshot(model), 2);
             }
             // Queued, so that it also ends a loop that has not started yet.
             runtime.post([] { QCoreApplication::quit(); });
