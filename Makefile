@@ -8,7 +8,7 @@ FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 120
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize fuzz fuzz-build bench bundle format tidy clean
+.PHONY: all setup build run test test-sanitize stress fuzz fuzz-build bench bundle format tidy clean
 
 all: build
 
@@ -43,6 +43,13 @@ test-sanitize: setup
 	    -DCORVANE_SANITIZE=address,undefined -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
+
+# The settings stress tests at length: STRESS_WRITES writes by each of three writer processes
+# while two others read (the normal suite runs them with 400).
+STRESS_WRITES ?= 20000
+stress: build
+	CORVANE_STRESS_WRITES=$(STRESS_WRITES) $(BUILD_DIR)/tests/CorvaneShared/corvane-shared-tests \
+	    --gtest_filter='SettingsStress.*'
 
 # The libFuzzer harnesses (fuzz/), built with clang under AddressSanitizer and
 # UndefinedBehaviorSanitizer; only they and the libraries they call are built. `make fuzz` runs
