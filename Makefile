@@ -4,11 +4,12 @@
 BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 SANITIZE_DIR ?= build-sanitize
+TSAN_DIR ?= build-tsan
 FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 120
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize stress fuzz fuzz-build bench bundle format tidy clean
+.PHONY: all setup build run test test-sanitize test-tsan stress fuzz fuzz-build bench bundle format tidy clean
 
 all: build
 
@@ -43,6 +44,18 @@ test-sanitize: setup
 	    -DCORVANE_SANITIZE=address,undefined -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
+
+# The tests whose code runs on more than one thread under ThreadSanitizer: the background
+# passes and their task slots, the Qt runtime's background runner, the settings store and its
+# watcher, the signal bus. Qt itself is not instrumented; tests/tsan.supp names what that hides.
+TSAN_TARGETS = corvane-agent-tests corvane-shared-tests corvane-qt-tests corvane-dbus-tests
+TSAN_TESTS = Agent\.(SystemMonitor|HardwareSensors|SMCReader|BatteryReader)|Shared\.(SettingsChanges|JSONFileSettingsStore|SettingsStress|SignalListener)|Qt\.(QtRuntime|QtFileChangeWatcher)|DBus\.SignalsAndSessionState
+test-tsan: setup
+	cmake -S . -B $(TSAN_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCORVANE_SANITIZE=thread \
+	    -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_TARGETS)
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/tests/tsan.supp" \
+	    ctest --test-dir $(TSAN_DIR) --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
 
 # The settings stress tests at length: STRESS_WRITES writes by each of three writer processes
 # while two others read (the normal suite runs them with 400).
@@ -82,4 +95,4 @@ tidy: build
 	    --extra-arg=-Wno-unknown-warning-option
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR) $(TSAN_DIR)

@@ -147,8 +147,6 @@ TEST(SettingsStress, FaultsMidRunGiveTheFallbackAndTheStoreRecovers) {
         const char* name;
         std::function<void(const fs::path&)> cause;
         std::function<void(const fs::path&)> clear;
-        // What the folder holds besides the file and its lock once the writer is done.
-        bool leavesCorruptCopy = false;
     };
     const std::vector<Row> rows = {
         {"file deleted", [](const fs::path& path) { fs::remove(path); }, nullptr},
@@ -159,8 +157,7 @@ TEST(SettingsStress, FaultsMidRunGiveTheFallbackAndTheStoreRecovers) {
          },
          [](const fs::path& path) { fs::remove(path); }},
         {"file truncated mid-object",
-         [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) / 2); }, nullptr,
-         true},
+         [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) / 2); }, nullptr},
         {"file emptied", [](const fs::path& path) { fs::resize_file(path, 0); }, nullptr},
         {"folder removed", [](const fs::path& path) { fs::remove_all(path.parent_path()); },
          nullptr},
@@ -192,28 +189,31 @@ TEST(SettingsStress, FaultsMidRunGiveTheFallbackAndTheStoreRecovers) {
         };
         ASSERT_TRUE(waitForCountAbove(0));
 
+        // The writer is held while the fault is made and looked at, so that no write of its own
+        // can undo the fault before the reads see it; it may be held anywhere in a write.
+        ::kill(writer, SIGSTOP);
+        int stopped = 0;
+        ASSERT_EQ(::waitpid(writer, &stopped, WUNTRACED), writer);
         row.cause(path);
-        // While the fault lasts: every read is an object, whatever the file is now.
+        // While the fault lasts every read gives the fallback: no stored values at all.
         for (int read = 0; read < 200; ++read) {
-            EXPECT_TRUE(observer.storedValues().is_object());
+            EXPECT_EQ(observer.storedValues(), SettingValue::object());
         }
         if (row.clear) {
             row.clear(path);
         }
-        const int before = static_cast<int>(observer.number("count"));
-        EXPECT_TRUE(waitForCountAbove(before)) << "the writer never wrote again";
+        ::kill(writer, SIGCONT);
+        EXPECT_TRUE(waitForCountAbove(0)) << "the writer never wrote again";
         ::kill(writer, SIGTERM);
         EXPECT_EQ(waitForChild(writer), 0) << "the writer crashed";
 
         EXPECT_TRUE(observer.set("after", true));
         EXPECT_TRUE(observer.boolean("after"));
         std::set<std::string> names = namesIn(path.parent_path());
-        const bool hasCorruptCopy = std::erase_if(names, [](const std::string& name) {
-                                        return name.starts_with("suite.json.corrupt-");
-                                    }) > 0;
-        if (row.leavesCorruptCopy) {
-            EXPECT_TRUE(hasCorruptCopy);
-        }
+        // A truncated file is copied aside when a write finds it; a writer held after its read
+        // replaces it unread, so a copy may or may not be there.
+        std::erase_if(
+            names, [](const std::string& name) { return name.starts_with("suite.json.corrupt-"); });
         // A writer killed between its temporary file and the rename may leave that file; the
         // lock and the file are all that a finished write leaves.
         std::erase_if(names,
