@@ -9,7 +9,7 @@ FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 120
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize test-tsan stress fuzz fuzz-build bench bundle format tidy clean
+.PHONY: all setup build run test test-sanitize test-tsan stress soak fuzz fuzz-build bench bundle format tidy clean
 
 all: build
 
@@ -63,6 +63,12 @@ STRESS_WRITES ?= 20000
 stress: build
 	CORVANE_STRESS_WRITES=$(STRESS_WRITES) $(BUILD_DIR)/tests/CorvaneShared/corvane-shared-tests \
 	    --gtest_filter='SettingsStress.*'
+
+# The refresh cycle at length: SOAK_REFRESHES refreshes over a fixture machine with every pass,
+# panels opening and closing (the normal suite runs 3000).
+SOAK_REFRESHES ?= 100000
+soak: build
+	CORVANE_SOAK_REFRESHES=$(SOAK_REFRESHES) $(BUILD_DIR)/tests/CorvaneAgent/Soak/corvane-soak-tests
 
 # The libFuzzer harnesses (fuzz/), built with clang under AddressSanitizer and
 # UndefinedBehaviorSanitizer; only they and the libraries they call are built. `make fuzz` runs
