@@ -4,9 +4,12 @@
 BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 SANITIZE_DIR ?= build-sanitize
+TSAN_DIR ?= build-tsan
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 120
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup build run test test-sanitize bench bundle install package format tidy clean
+.PHONY: all setup build run test test-sanitize test-tsan stress soak fuzz fuzz-build bench bundle install package format tidy clean
 
 all: build
 
@@ -41,6 +44,44 @@ test-sanitize: setup
 	    -DCORVANE_SANITIZE=address,undefined -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
+
+# The tests whose code runs on more than one thread under ThreadSanitizer: the background
+# passes and their task slots, the Qt runtime's background runner, the settings store and its
+# watcher, the signal bus. Qt itself is not instrumented; tests/tsan.supp names what that hides.
+TSAN_TARGETS = corvane-agent-tests corvane-shared-tests corvane-qt-tests corvane-dbus-tests
+TSAN_TESTS = Agent\.(SystemMonitor|HardwareSensors|SMCReader|BatteryReader)|Shared\.(SettingsChanges|JSONFileSettingsStore|SettingsStress|SignalListener)|Qt\.(QtRuntime|QtFileChangeWatcher)|DBus\.SignalsAndSessionState
+test-tsan: setup
+	cmake -S . -B $(TSAN_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCORVANE_SANITIZE=thread \
+	    -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_TARGETS)
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/tests/tsan.supp" \
+	    ctest --test-dir $(TSAN_DIR) --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
+
+# The settings stress tests at length: STRESS_WRITES writes by each of three writer processes
+# while two others read (the normal suite runs them with 400).
+STRESS_WRITES ?= 20000
+stress: build
+	CORVANE_STRESS_WRITES=$(STRESS_WRITES) $(BUILD_DIR)/tests/CorvaneShared/corvane-shared-tests \
+	    --gtest_filter='SettingsStress.*'
+
+# The refresh cycle at length: SOAK_REFRESHES refreshes over a fixture machine with every pass,
+# panels opening and closing (the normal suite runs 3000).
+SOAK_REFRESHES ?= 100000
+soak: build
+	CORVANE_SOAK_REFRESHES=$(SOAK_REFRESHES) $(BUILD_DIR)/tests/CorvaneAgent/Soak/corvane-soak-tests
+
+# The libFuzzer harnesses (fuzz/), built with clang under AddressSanitizer and
+# UndefinedBehaviorSanitizer; only they and the libraries they call are built. `make fuzz` runs
+# each for FUZZ_SECONDS over a corpus seeded from tests/fixtures (FUZZERS="smc mountinfo" picks
+# some) and fails when one finds a fault.
+fuzz-build: setup
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	    -DCORVANE_BUILD_FUZZERS=ON -DCORVANE_SANITIZE=address,undefined \
+	    -DCORVANE_BUILD_TESTS=OFF -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON
+	cmake --build $(FUZZ_DIR) --target fuzzers -j $(JOBS)
+
+fuzz: fuzz-build
+	scripts/fuzz $(FUZZ_DIR) $(FUZZ_SECONDS) $(FUZZERS)
 
 # Each figure beside its floor and the ratio: the benchmark program's table, then the running
 # stream beside its floor program for BENCH_SECONDS.
@@ -79,4 +120,4 @@ tidy: build
 	    --extra-arg=-Wno-unknown-warning-option
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR) $(TSAN_DIR)

@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include "Foundation/ArgumentText.h"
 #include "Foundation/NumberParsing.h"
 #include "Foundation/UsageText.h"
 
@@ -19,7 +20,7 @@ static_assert(defaultSnapshotRefreshes == 4);
 using Mode = AgentOptions::Mode;
 
 ArgumentError badValue(std::string_view flag, std::string_view value, std::string_view expected) {
-    return {std::string(flag) + ": '" + std::string(value) + "' is not " + std::string(expected)};
+    return {std::string(flag) + ": " + quotedArgument(value) + " is not " + std::string(expected)};
 }
 
 struct Flag;
@@ -99,6 +100,13 @@ constexpr Flag flags[] = {
              return flag.missingValue();
          }
          options.renderDirectory = std::filesystem::path(value);
+         // Made when missing, so only something else in its place is refused here.
+         std::error_code error;
+         const auto kind = std::filesystem::status(options.renderDirectory, error).type();
+         if (kind != std::filesystem::file_type::not_found &&
+             kind != std::filesystem::file_type::directory) {
+             return badValue(flag.name, value, "a directory");
+         }
          return setMode(options, flag, Mode::render);
      }},
     {"--refreshes", "", "N", "a count",
@@ -155,6 +163,12 @@ constexpr Flag flags[] = {
              return flag.missingValue();
          }
          options.smcTable = std::filesystem::path(value);
+         // A directory or a FIFO here would be found out only when the sensors first read
+         // it, after the command line was accepted; a FIFO would even hang that read.
+         std::error_code error;
+         if (!std::filesystem::is_regular_file(*options.smcTable, error)) {
+             return badValue(flag.name, value, "a file");
+         }
          return std::nullopt;
      }},
     {"--menu-bar", "", "HOST", "tray, strip or auto",
@@ -241,15 +255,22 @@ private:
 std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     std::span<const std::string_view> arguments) {
     AgentOptions options;
+    // Every value is a name, a number or a path the messages show; paths in another encoding
+    // are refused as well, as nothing of ours would show them readably.
+    for (const std::string_view argument : arguments) {
+        if (!isValidUTF8(argument)) {
+            return ArgumentError{quotedArgument(argument) + " is not valid UTF-8"};
+        }
+    }
     ArgumentReader reader(arguments);
     while (!reader.atEnd()) {
         const std::string_view argument = reader.nextFlag();
         const Flag* flag = findFlag(argument);
         if (reader.hasInlineValue() && !(flag && flag->takesValue())) {
-            return ArgumentError{std::string(argument) + " takes no value"};
+            return ArgumentError{quotedArgument(argument) + " takes no value"};
         }
         if (!flag) {
-            return ArgumentError{"unknown option '" + std::string(argument) + "' (see --help)"};
+            return ArgumentError{"unknown option " + quotedArgument(argument) + " (see --help)"};
         }
         std::string_view value;
         if (flag->takesValue()) {

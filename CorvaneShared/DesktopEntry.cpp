@@ -1,6 +1,7 @@
 #include "CorvaneShared/DesktopEntry.h"
 
 #include <fstream>
+#include <iterator>
 #include <system_error>
 
 #include "Foundation/TextTrimming.h"
@@ -158,37 +159,35 @@ std::optional<fs::path> find(std::string_view identifier, const Environment& env
     return std::nullopt;
 }
 
-std::optional<DesktopEntry> read(const fs::path& file) {
-    std::ifstream stream(file);
-    if (!stream) {
-        return std::nullopt;
-    }
+DesktopEntry parse(std::string_view text, const fs::path& file) {
     DesktopEntry entry{.file = file};
     bool inMainGroup = false;
-    for (std::string line; std::getline(stream, line);) {
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        const std::string_view line = text.substr(0, end);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.starts_with('[')) {
             inMainGroup = text::trim(line) == "[Desktop Entry]";
             continue;
         }
         const std::size_t equals = line.find('=');
-        if (!inMainGroup || line.starts_with('#') || equals == std::string::npos) {
+        if (!inMainGroup || line.starts_with('#') || equals == std::string_view::npos) {
             continue;
         }
-        const std::string key(text::trim(std::string_view(line).substr(0, equals)));
-        const std::string value =
-            unescapedValue(text::trim(std::string_view(line).substr(equals + 1)));
+        const std::string_view key = text::trim(line.substr(0, equals));
+        std::string value = unescapedValue(text::trim(line.substr(equals + 1)));
         if (key == "Exec") {
-            entry.exec = value;
+            entry.exec = std::move(value);
         } else if (key == "Name") {
-            entry.name = value;
+            entry.name = std::move(value);
         } else if (key == "Icon") {
-            entry.icon = value;
+            entry.icon = std::move(value);
         } else if (key == "Path") {
-            entry.workingDirectory = value;
+            entry.workingDirectory = std::move(value);
         } else if (key == "TryExec") {
-            entry.tryExec = value;
+            entry.tryExec = std::move(value);
         } else if (key == "StartupWMClass") {
-            entry.startupWMClass = value;
+            entry.startupWMClass = std::move(value);
         } else if (key == "Hidden") {
             entry.hidden = value == "true";
         } else if (key == "NoDisplay") {
@@ -196,6 +195,19 @@ std::optional<DesktopEntry> read(const fs::path& file) {
         }
     }
     return entry;
+}
+
+std::optional<DesktopEntry> read(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        return std::nullopt;
+    }
+    const std::string text{std::istreambuf_iterator<char>(stream),
+                           std::istreambuf_iterator<char>()};
+    if (stream.bad()) {
+        return std::nullopt;
+    }
+    return parse(text, file);
 }
 
 std::vector<std::string> commandLine(const DesktopEntry& entry) {

@@ -48,8 +48,10 @@ std::vector<std::filesystem::path> dataDirectories(
 std::optional<std::filesystem::path> find(std::string_view identifier,
                                           const SharedSettings::EnvironmentLookup& environment);
 
-/// The entry's [Desktop Entry] group; absent when the file cannot be read. Localised keys
-/// ("Name[de]") are ignored.
+/// The [Desktop Entry] group of an entry's text, read from `file`. Lines outside the group,
+/// comments, lines without '=' and localised keys ("Name[de]") are ignored.
+DesktopEntry parse(std::string_view text, const std::filesystem::path& file);
+/// The entry's [Desktop Entry] group (see parse); absent when the file cannot be read.
 std::optional<DesktopEntry> read(const std::filesystem::path& file);
 
 /// The Exec value split into arguments by its quoting rules, with its field codes expanded as

@@ -102,8 +102,9 @@ std::optional<MeterAccent> MeterAccent::fromRawValue(std::string_view raw) {
         !std::all_of(numbers.begin(), numbers.end(), [](double n) { return std::isfinite(n); })) {
         return std::nullopt;
     }
-    return MeterAccent(SRGBColor{clampComponent(numbers[0]), clampComponent(numbers[1]),
-                                 clampComponent(numbers[2])});
+    // Quantised as custom() does: a hand-edited value with more decimals must read as the accent
+    // it will be written back as, or the two would compare unequal though they print alike.
+    return custom(numbers[0], numbers[1], numbers[2]);
 }
 
 std::string MeterAccent::rawValue() const {

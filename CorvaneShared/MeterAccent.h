@@ -37,7 +37,8 @@ public:
     /// four decimals of the raw value, so that storing and reading it back gives it unchanged.
     static MeterAccent custom(double red, double green, double blue);
     /// The accent a settings value names, or absent: a name matched exactly, or "custom:srgb:"
-    /// followed by exactly three finite numbers, each clamped to 0...1.
+    /// followed by exactly three finite numbers, each clamped to 0...1 and quantised as `custom`
+    /// does.
     [[nodiscard]] static std::optional<MeterAccent> fromRawValue(std::string_view raw);
 
     /// The settings value: the name, or "custom:srgb:%.4f,%.4f,%.4f" with a point as the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -42,7 +43,8 @@ inline std::optional<std::string> readAtMost(int fd, std::size_t limit) {
 
 /// Why `readFileAtMost` has no text.
 enum class FileReadFailure {
-    /// The file cannot be opened or read (missing, a directory, no permission).
+    /// The file cannot be opened or read (missing, a directory, a FIFO or socket, no
+    /// permission).
     cannotRead,
     /// It holds more than the limit.
     tooLarge,
@@ -51,8 +53,14 @@ enum class FileReadFailure {
 /// The whole of the file at `path` when it holds at most `limit` bytes. Any thread.
 inline std::variant<std::string, FileReadFailure> readFileAtMost(const std::filesystem::path& path,
                                                                  std::size_t limit) {
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    // Without O_NONBLOCK, opening a FIFO waits for a writer that may never come; a FIFO or a
+    // socket where a file belongs is refused rather than waited on.
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     if (!file.isOpen()) {
+        return FileReadFailure::cannotRead;
+    }
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0 || S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) {
         return FileReadFailure::cannotRead;
     }
     std::optional<std::string> bytes = readAtMost(file.get(), limit + 1);

@@ -28,6 +28,15 @@ if(CORVANE_SANITIZE)
     list(APPEND CORVANE_SANITIZE_FLAGS -fno-omit-frame-pointer -fno-sanitize-recover=all)
 endif()
 
+# A fuzzing build instruments every target of ours for coverage, so that libFuzzer sees the
+# branches inside the libraries its harnesses call, not only those of the harnesses.
+if(CORVANE_BUILD_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "CORVANE_BUILD_FUZZERS needs clang (libFuzzer): configure with CMAKE_CXX_COMPILER=clang++")
+    endif()
+    list(APPEND CORVANE_SANITIZE_FLAGS -fsanitize=fuzzer-no-link)
+endif()
+
 # Applies the project's warnings, sanitizers and include root to a target of ours.
 function(corvane_target target)
     target_compile_options(${target} PRIVATE ${CORVANE_WARNINGS} ${CORVANE_SANITIZE_FLAGS})

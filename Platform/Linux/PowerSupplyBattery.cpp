@@ -109,7 +109,8 @@ PowerSupplyReading readBattery(KernelFileReader& reader, const std::string& batt
 // part ÷ whole × 100; absent without both or with a whole of 0.
 std::optional<double> percentOf(const std::optional<std::int64_t>& part,
                                 const std::optional<std::int64_t>& whole) {
-    if (!part || !whole || *whole <= 0) {
+    // No battery holds a negative amount: such a reading is a driver's garbage, not a share.
+    if (!part || !whole || *whole <= 0 || *part < 0) {
         return std::nullopt;
     }
     return static_cast<double>(*part) / static_cast<double>(*whole) * 100;
@@ -215,6 +216,11 @@ StatisticsDictionary batteryPropertiesFrom(const PowerSupplyReading& r) {
         charge = fromEnergy;
     } else {
         charge = percentOf(r.chargeNow, r.chargeFull);
+    }
+    // Gauges overshoot at the ends (capacity 101, energy_now past energy_full at a full charge,
+    // a few below 0 when empty); the charge is a percentage whatever they say.
+    if (charge) {
+        charge = std::clamp(*charge, 0.0, 100.0);
     }
     put("CurrentCapacity", charge);
     // Health: what the battery holds when full against what it held new. Energy and charge

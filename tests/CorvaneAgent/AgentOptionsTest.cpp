@@ -93,6 +93,13 @@ TEST(AgentOptions, RefusesBadInputWithOneLine) {
         {"render with an empty directory", {"--render="}, "--render"},
         {"unknown menu bar", {"--menu-bar=dock"}, "'dock'"},
         {"render and a snapshot", {"--render", "/tmp/m", "--snapshot"}, "--snapshot"},
+        {"not UTF-8", {"--snapshot", "--open", "\xff"}, "'\\xff' is not valid UTF-8"},
+        {"a newline in an unknown flag", {"--bo\ngus"}, "'--bo\\x0agus'"},
+        {"a file for a directory", {"--procfs", "/dev/null"}, "a directory"},
+        {"a directory for a table", {"--snapshot", "--smc-table", "/"}, "a file"},
+        {"a device for a table", {"--snapshot", "--smc-table=/dev/zero"}, "a file"},
+        {"a file to render into", {"--render", "/dev/null"}, "a directory"},
+        {"too many refreshes", {"--snapshot", "--refreshes", "1000001"}, "'1000001'"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

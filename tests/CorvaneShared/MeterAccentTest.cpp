@@ -20,6 +20,9 @@ TEST(MeterAccent, RawValueGrammar) {
         {"custom:srgb:0.1,x,0.2,0.3", SRGBColor{0.1, 0.2, 0.3}},
         {"custom:srgb:0.5,,0.25,0.75", SRGBColor{0.5, 0.25, 0.75}},
         {"custom:srgb:+0.25,1e-1,.5", SRGBColor{0.25, 0.1, 0.5}},
+        // Found by fuzzing: more decimals than the raw value keeps read as another colour than
+        // the one written back.
+        {"custom:srgb:0.10004,0.20006,0.99999", SRGBColor{0.1, 0.2001, 1}},
         {"custom:srgb:0.5,0.5", std::nullopt},
         {"custom:srgb:0.5,0.5,0.5,0.5", std::nullopt},
         {"custom:srgb:nan,0,0", std::nullopt},

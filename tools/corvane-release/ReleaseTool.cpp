@@ -16,8 +16,10 @@
 #include <variant>
 #include <vector>
 
+#include "Foundation/ArgumentText.h"
 #include "Foundation/FileDescriptor.h"
 #include "Platform/Updates/ArchiveSignature.h"
+#include "Platform/Updates/UpdateChoice.h"
 
 namespace corvane::ReleaseTool {
 
@@ -48,7 +50,15 @@ Failure usageError(const std::string& message) {
 }
 
 std::string quoted(const fs::path& path) {
-    return "'" + path.string() + "'";
+    return quotedArgument(path.string());
+}
+
+// A path where a file to read belongs that names something else: a directory, or a FIFO
+// whose open would wait for a writer. A missing file is left to the read, which says so.
+bool namesSomethingElseThanAFile(const fs::path& path) {
+    std::error_code error;
+    const auto kind = fs::status(path, error).type();
+    return kind != fs::file_type::not_found && kind != fs::file_type::regular;
 }
 
 std::variant<std::string, Failure> readFile(const fs::path& path) {
@@ -146,13 +156,13 @@ std::variant<Options, Failure> parseOptions(std::span<const std::string_view> ar
         const std::string_view argument = arguments[index];
         if (!argument.starts_with("--")) {
             if (!options.positional.empty()) {
-                return usageError("one archive only, not also '" + std::string(argument) + "'");
+                return usageError("one archive only, not also " + quotedArgument(argument));
             }
             options.positional = argument;
             continue;
         }
         if (std::find(allowed.begin(), allowed.end(), argument) == allowed.end()) {
-            return usageError("unknown option '" + std::string(argument) + "'");
+            return usageError("unknown option " + quotedArgument(argument));
         }
         if (index + 1 >= arguments.size()) {
             return usageError(std::string(argument) + " needs a value");
@@ -185,6 +195,21 @@ std::optional<Failure> signOrDescribe(std::span<const std::string_view> argument
     }
     if (options.values.contains("--notes") && options.values.contains("--notes-link")) {
         return usageError("--notes and --notes-link exclude each other");
+    }
+    // The updater orders releases by build and never offers one whose build is not a number.
+    if (item && !UpdateChoice::buildOf(options.values.at("--build"))) {
+        return usageError("--build: " + quotedArgument(options.values.at("--build")) +
+                          " is not a whole number");
+    }
+    for (const auto* name : {"--key", "--notes"}) {
+        if (const auto file = options.values.find(name);
+            file != options.values.end() && namesSomethingElseThanAFile(file->second)) {
+            return usageError(std::string(name) + ": " + quotedArgument(file->second) +
+                              " is not a file");
+        }
+    }
+    if (namesSomethingElseThanAFile(options.positional)) {
+        return usageError(quotedArgument(options.positional) + " is not a file");
     }
     auto secretKey = readSecretKey(options.values.at("--key"));
     if (auto* failure = std::get_if<Failure>(&secretKey)) {
@@ -269,21 +294,37 @@ int run(std::span<const std::string_view> arguments, std::ostream& out, std::ost
         errors << "corvane-release: libsodium cannot start\n";
         return 1;
     }
-    if (arguments.empty() || arguments[0] == "--help" || arguments[0] == "-h") {
-        (arguments.empty() ? errors : out) << usage;
-        return arguments.empty() ? 2 : 0;
+    if (arguments.empty()) {
+        errors << "corvane-release: missing command (see corvane-release --help)\n";
+        return 2;
+    }
+    if (arguments[0] == "--help" || arguments[0] == "-h") {
+        out << usage;
+        return 0;
+    }
+    // Paths and versions end up in messages and in the feed's XML, which is UTF-8.
+    for (const std::string_view argument : arguments) {
+        if (!isValidUTF8(argument)) {
+            errors << "corvane-release: " << quotedArgument(argument)
+                   << " is not valid UTF-8 (see corvane-release --help)\n";
+            return 2;
+        }
     }
     const std::string_view command = arguments[0];
     const auto rest = arguments.subspan(1);
     std::optional<Failure> failure;
     if (command == "keys") {
-        failure = rest.size() == 1 && !rest[0].starts_with("--")
-                      ? makeKeys(fs::path(rest[0]), out)
-                      : usageError("keys needs the file to keep the secret key in");
+        if (rest.size() != 1 || rest[0].starts_with("--")) {
+            failure = usageError("keys needs the file to keep the secret key in");
+        } else if (namesSomethingElseThanAFile(fs::path(rest[0]))) {
+            failure = usageError(quoted(fs::path(rest[0])) + " is not a file");
+        } else {
+            failure = makeKeys(fs::path(rest[0]), out);
+        }
     } else if (command == "sign" || command == "feed-item") {
         failure = signOrDescribe(rest, command == "feed-item", out);
     } else {
-        failure = usageError("unknown command '" + std::string(command) + "'");
+        failure = usageError("unknown command " + quotedArgument(command));
     }
     if (failure) {
         errors << "corvane-release: " << failure->message << '\n';

@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 
+#include "Foundation/ArgumentText.h"
 #include "Foundation/EnumNames.h"
 #include "Foundation/NumberParsing.h"
 #include "Foundation/UsageText.h"
@@ -71,7 +72,7 @@ bool asksForHelp(std::span<const std::string_view> arguments) {
 }
 
 std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
+    return quotedArgument(text);
 }
 
 std::variant<CtlCommand, CtlUsageError> parseKey(const Command& entry,
@@ -211,6 +212,13 @@ std::variant<CtlCommand, CtlUsageError> parseCtlArguments(
     }
     if (arguments.empty()) {
         return CtlUsageError{"missing command (see --help)"};
+    }
+    // The settings file holds JSON, which is UTF-8: a key or a text in another encoding would
+    // be stored as something else than was typed.
+    for (const std::string_view argument : arguments) {
+        if (!isValidUTF8(argument)) {
+            return CtlUsageError{quoted(argument) + " is not valid UTF-8"};
+        }
     }
     for (const Command& command : commands) {
         if (command.name == arguments[0]) {

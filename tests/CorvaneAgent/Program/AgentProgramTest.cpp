@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,6 +33,15 @@ std::string rootsOf(const std::string& machine) {
         arguments += " --sysfs " + (fixtures / machine / "sys").string();
     }
     return arguments;
+}
+
+/// `text` as one word of a POSIX shell.
+std::string shellQuoted(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return quoted + "'";
 }
 
 /// Runs corvane-agent with a settings directory and suite of this test's own.
@@ -250,17 +260,38 @@ TEST_F(AgentProgramTest, SnapshotOfEveryFixtureMachineIsUnchanged) {
 }
 
 TEST_F(AgentProgramTest, RefusesBadFlagsWithOneLineAndStatusTwo) {
-    for (const char* arguments :
-         {"--bogus", "--snapshot --refreshes 0", "--open disk", "--snapshot --interval",
-          "--procfs /nonexistent/corvane", "--snapshot --smc-table /nonexistent/table.json",
-          "--snapshot --smc-table /dev/zero"}) {
+    const fs::path file = configHome / "a-file";
+    std::ofstream(file) << "x";
+    const fs::path fifo = configHome / "a-fifo";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const fs::path unmade = configHome / "render-here";
+    const std::string machine = " " + rootsOf("debian12-kvm-x86_64");
+    for (const std::string& arguments :
+         {std::string("--bogus"), std::string("--snapshot --refreshes 0"),
+          std::string("--snapshot --refreshes 1000001"), std::string("--stream --interval 0.001"),
+          std::string("--open disk"), std::string("--snapshot --interval"),
+          std::string("--procfs /nonexistent/corvane"), "--snapshot --procfs " + file.string(),
+          "--snapshot --sysfs " + fifo.string(),
+          std::string("--snapshot --smc-table /nonexistent/table.json"),
+          std::string("--snapshot --smc-table /dev/zero"),
+          "--snapshot --smc-table " + configHome.string(),
+          "--snapshot --smc-table " + fifo.string() + machine,
+          "--render " + fifo.string() + machine, "--render " + unmade.string() + " --open $'\\xff'",
+          "--render " + unmade.string() + " --procfs $'/tmp/\\xc3('",
+          std::string("$'--bo\\ngus'")}) {
         SCOPED_TRACE(arguments);
-        ProgramRun run = runAgent(arguments);
+        // Through bash for its $'…' quoting of the bytes no plain shell word can hold.
+        const ProgramRun run = runCommand(
+            "bash -c " + shellQuoted(std::string(CORVANE_AGENT_PROGRAM) + " " + arguments),
+            configHome / "stderr");
         EXPECT_EQ(run.status, 2);
         EXPECT_TRUE(run.output.empty());
         EXPECT_TRUE(run.errors.starts_with("corvane-agent: ")) << run.errors;
-        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+        EXPECT_FALSE(fs::exists(unmade));
     }
+    // Nothing written: no settings file, nothing beside the files the test made.
+    EXPECT_EQ(std::distance(fs::directory_iterator(configHome / "corvane"), {}), 0);
 }
 
 /// The pixel size a PNG file's header gives; {0, 0} when it is no PNG.

@@ -106,5 +106,35 @@ TEST(PowerSupplyBattery, StatusDecidesDirectionAndEstimate) {
     }
 }
 
+// Found by fuzzing: a gauge's capacity or energy readings past their ends gave charges above
+// 100 % and below 0 %, and a negative energy a negative health.
+TEST(PowerSupplyBattery, ChargeStaysAPercentage) {
+    struct Row {
+        std::string_view name;
+        PowerSupplyReading reading;
+        StatisticsDictionary charge;  // null: left out
+        StatisticsDictionary health;
+    };
+    const Row rows[] = {
+        {"capacity past full", {.capacityPercent = 101}, 100.0, nullptr},
+        {"capacity below empty", {.capacityPercent = -4}, 0.0, nullptr},
+        {"energy past full",
+         {.energyNow = 51000000, .energyFull = 50000000, .energyFullDesign = 40000000},
+         100.0,
+         125.0},
+        {"negative energy", {.energyNow = -5, .energyFull = -50000000}, nullptr, nullptr},
+        {"negative charge with a full charge",
+         {.chargeNow = -1, .chargeFull = 3000000, .chargeFullDesign = 4000000},
+         nullptr,
+         75.0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto properties = batteryPropertiesFrom(row.reading);
+        EXPECT_EQ(properties.value("CurrentCapacity", StatisticsDictionary()), row.charge);
+        EXPECT_EQ(properties.value("MaxCapacity", StatisticsDictionary()), row.health);
+    }
+}
+
 }  // namespace
 }  // namespace corvane

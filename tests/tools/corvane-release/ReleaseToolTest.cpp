@@ -4,6 +4,9 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -80,13 +83,42 @@ TEST(ReleaseTool, BadCommandLinesExplainThemselves) {
     testing::writeFile(folder / "a.tar.xz", "x");
     testing::writeFile(folder / "not-a-key", "hello");
     const std::string archive = (folder / "a.tar.xz").string();
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    const std::string fifo = (folder / "fifo").string();
+    const std::string directory = folder.path().string();
+    const std::string key = (folder / "not-a-key").string();
     struct Row {
         std::vector<std::string> arguments;
         int status;
         std::string error;
     };
     const std::vector<Row> rows = {
-        {{}, 2, ""},
+        {{}, 2, "missing command"},
+        {{"sign", archive, "--key", key, "--verbose"}, 2, "unknown option '--verbose'"},
+        {{"sign", archive, "--key", fifo}, 2, "is not a file"},
+        {{"sign", archive, "--key", directory}, 2, "is not a file"},
+        {{"sign", fifo, "--key", key}, 2, "is not a file"},
+        {{"sign", directory, "--key", key}, 2, "is not a file"},
+        {{"keys", directory}, 2, "is not a file"},
+        {{"keys", fifo}, 2, "is not a file"},
+        {{"sign",
+          "a\xff"
+          "b.tar.xz",
+          "--key", key},
+         2,
+         "'a\\xffb.tar.xz' is not valid UTF-8"},
+        {{"sign\n", archive}, 2, "unknown command 'sign\\x0a'"},
+        {{"feed-item", archive, "--key", key, "--version", "2.1", "--build", "5x", "--url", "u"},
+         2,
+         "--build: '5x' is not a whole number"},
+        {{"feed-item", archive, "--key", key, "--version", "2.1", "--build", "99999999999999999999",
+          "--url", "u", "--notes", directory},
+         2,
+         "is not a whole number"},
+        {{"feed-item", archive, "--key", key, "--version", "2.1", "--build", "57", "--url", "u",
+          "--notes", fifo},
+         2,
+         "--notes: "},
         {{"publish"}, 2, "unknown command 'publish'"},
         {{"keys"}, 2, "keys needs the file"},
         {{"sign", archive}, 2, "--key is needed"},
@@ -107,6 +139,9 @@ TEST(ReleaseTool, BadCommandLinesExplainThemselves) {
         EXPECT_EQ(run.status, row.status);
         EXPECT_NE(run.errors.find(row.error), std::string::npos) << run.errors;
         EXPECT_TRUE(run.out.empty());
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+        // Nothing written: the folder still holds the archive, the key, and the FIFO.
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 3);
     }
 }
 

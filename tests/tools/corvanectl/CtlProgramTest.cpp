@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -144,6 +145,39 @@ TEST_F(CtlProgramTest, RefusesWithOneLineAndStatusTwoWritingNothing) {
         EXPECT_EQ(readAll(settingsFile()), content);
         EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
         fs::remove_all(settingsFile().parent_path());
+    }
+    // A sound file, and command lines that are wrong in themselves.
+    const std::string content = R"({"a": 1})";
+    fs::create_directories(settingsFile().parent_path());
+    std::ofstream(settingsFile()) << content;
+    for (const char* arguments :
+         {"get \"$(printf 'a\\377')\"", "set \"$(printf 'k\\303(')\" 1",
+          "set key \"$(printf '\\377')\" --string", "set \"$(printf 'k\\nx')\"",
+          "set refreshInterval 1e999 --double", "set key nan --double", "set key --bool", "delete",
+          "watch \"$(printf 'sett\\nings')\"", "--verbose list", "autostart maybe"}) {
+        SCOPED_TRACE(arguments);
+        ProgramRun result = run(ctl + " " + arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_TRUE(result.output.empty());
+        EXPECT_TRUE(result.errors.starts_with("corvanectl: ")) << result.errors;
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    }
+    EXPECT_EQ(readAll(settingsFile()), content);
+    EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
+    // The settings file as something else than a file: a FIFO was once waited on for ever.
+    for (const bool fifo : {true, false}) {
+        SCOPED_TRACE(fifo ? "fifo" : "directory");
+        fs::remove_all(settingsFile());
+        ASSERT_TRUE(fifo ? ::mkfifo(settingsFile().c_str(), 0600) == 0
+                         : fs::create_directory(settingsFile()));
+        for (const char* arguments : {"get a", "set a 2", "list"}) {
+            ProgramRun result = run(ctl + " " + arguments);
+            EXPECT_EQ(result.status, 2) << arguments;
+            EXPECT_TRUE(result.output.empty());
+            EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1)
+                << result.errors;
+        }
+        EXPECT_EQ(std::distance(fs::directory_iterator(settingsFile().parent_path()), {}), 1);
     }
 }
 
