@@ -25,6 +25,7 @@
 #include "CorvaneShared/SettingsChanges.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneShared/SignalListener.h"
+#include "Foundation/ArgumentText.h"
 #include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Qt/QtDBusSignalBus.h"
 #include "Platform/Qt/QtFileChangeWatcher.h"
@@ -57,25 +58,46 @@ struct Options {
     std::optional<fs::path> renderDirectory;
 };
 
-std::optional<Options> parseOptions(const std::vector<std::string>& arguments) {
+/// The options, or the one line that says what is wrong with them.
+struct ParsedOptions {
+    std::optional<Options> options;
+    std::string error;
+};
+
+ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
+    for (const std::string& argument : arguments) {
+        if (!isValidUTF8(argument)) {
+            return {std::nullopt, "an argument is not UTF-8: " + quotedArgument(argument)};
+        }
+    }
     Options options;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string& argument = arguments[index];
-        const bool hasValue = index + 1 < arguments.size();
-        if (argument == "--page" && hasValue) {
+        const bool takesValue = argument == "--page" || argument == "--render";
+        if (takesValue && index + 1 == arguments.size()) {
+            return {std::nullopt, argument + " needs a value"};
+        }
+        if (argument == "--page") {
             const std::string& name = arguments[++index];
             const auto found = std::find(std::begin(pageNames), std::end(pageNames), name);
             if (found == std::end(pageNames)) {
-                return std::nullopt;
+                return {std::nullopt,
+                        "no page " + quotedArgument(name) + " (meters, general, updates or about)"};
             }
             options.page = static_cast<int>(found - std::begin(pageNames));
-        } else if (argument == "--render" && hasValue) {
-            options.renderDirectory = arguments[++index];
+        } else if (argument == "--render") {
+            const std::string& folder = arguments[++index];
+            std::error_code error;
+            const auto kind = fs::status(folder, error).type();
+            if (kind != fs::file_type::not_found && kind != fs::file_type::directory) {
+                return {std::nullopt, "--render needs a folder: " + quotedArgument(folder)};
+            }
+            options.renderDirectory = folder;
         } else if (argument != LoginItemPolicy::suppressArgument) {
-            return std::nullopt;
+            return {std::nullopt, "unknown option " + quotedArgument(argument) + " (see --help)"};
         }
     }
-    return options;
+    return {options, {}};
 }
 
 QString versionText(const std::optional<BundleInfo>& info) {
@@ -129,9 +151,9 @@ int main(int argc, char** argv) {
         std::cout << usage;
         return 0;
     }
-    const auto options = parseOptions(arguments);
+    const auto [options, error] = parseOptions(arguments);
     if (!options) {
-        std::cerr << usage;
+        std::cerr << "corvane-settings: " << error << '\n';
         return 2;
     }
     const auto executable = currentExecutablePath();
