@@ -7,6 +7,9 @@
 #include <QLocale>
 #include <QVBoxLayout>
 
+#include <functional>
+#include <string>
+
 namespace corvane {
 
 namespace {
@@ -111,8 +114,10 @@ QComboBox* GeneralPage::textMenu(const char* key,
     for (const auto& [title, value] : entries) {
         menu->addItem(text(title), QString(value));
     }
-    connect(menu, &QComboBox::activated, this,
-            [this, menu, write] { (model.*write)(menu->currentData().toString().toStdString()); });
+    connect(menu, &QComboBox::activated, this, [this, menu, write] {
+        const std::string value = menu->currentData().toString().toStdString();
+        std::invoke(write, model, value);
+    });
     return menu;
 }
 
