@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Foundation/ArgumentText.h"
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace corvane::fuzz {
@@ -38,48 +40,8 @@ inline bool isViewInto(std::string_view part, std::string_view whole) {
     return part.data() >= begin && part.data() + part.size() <= begin + whole.size();
 }
 
-/// True when `text` is well-formed UTF-8 (no overlong forms, surrogates or code points past
-/// U+10FFFF), as the names shown to a user must be.
-inline bool isValidUTF8(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[i]);
-        std::size_t length = 0;
-        std::uint32_t point = 0;
-        if (lead < 0x80) {
-            ++i;
-            continue;
-        }
-        if (lead >= 0xC2 && lead <= 0xDF) {
-            length = 2;
-            point = lead & 0x1F;
-        } else if (lead >= 0xE0 && lead <= 0xEF) {
-            length = 3;
-            point = lead & 0x0F;
-        } else if (lead >= 0xF0 && lead <= 0xF4) {
-            length = 4;
-            point = lead & 0x07;
-        } else {
-            return false;
-        }
-        if (i + length > text.size()) {
-            return false;
-        }
-        for (std::size_t k = 1; k < length; ++k) {
-            const auto next = static_cast<unsigned char>(text[i + k]);
-            if ((next & 0xC0) != 0x80) {
-                return false;
-            }
-            point = (point << 6) | (next & 0x3F);
-        }
-        const bool overlong = (length == 3 && point < 0x800) || (length == 4 && point < 0x10000);
-        if (overlong || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF)) {
-            return false;
-        }
-        i += length;
-    }
-    return true;
-}
+/// Names shown to a user must be well-formed UTF-8, as the command lines check too.
+using corvane::isValidUTF8;
 
 /// The input split at NUL bytes, as a command line's arguments arrive: a harness of a command
 /// line takes "--refreshes\0005" as two arguments.
