@@ -222,5 +222,62 @@ TEST(SettingsStress, FaultsMidRunGiveTheFallbackAndTheStoreRecovers) {
     }
 }
 
+// A file or folder made read-only while in use. Run as the user nobody when the suite runs as
+// root, since root writes through permission bits. The store writes by replacing the file, so
+// a read-only file is replaced like any other; a read-only folder refuses every write, keeps
+// what was stored readable and leaves nothing behind, and writes land again once it is
+// writable. The child answers the number of the first step that failed, 0 when none did.
+TEST(SettingsStress, ReadOnlyFileAndFolder) {
+    const char* steps[] = {"",
+                           "the first write",
+                           "a write to a read-only file",
+                           "reading it back",
+                           "a write to a read-only folder was accepted",
+                           "a read-only folder hid what was stored",
+                           "a refused write left files behind",
+                           "a write once the folder is writable again",
+                           "dropping to the user nobody"};
+    TemporaryDirectory directory;
+    const fs::path folder = directory / "corvane";
+    fs::permissions(directory.path(), fs::perms::all);
+    const pid_t child = startChild([&] {
+        constexpr uid_t nobody = 65534;
+        if (::geteuid() == 0 && (::setresgid(nobody, nobody, nobody) != 0 ||
+                                 ::setresuid(nobody, nobody, nobody) != 0)) {
+            return 8;
+        }
+        // The child's own folder, so that it may change the folder's permissions.
+        const fs::path path = folder / "suite.json";
+        JSONFileSettingsStore store(path);
+        if (!store.set("kept", 1)) {
+            return 1;
+        }
+        fs::permissions(path, fs::perms::owner_read | fs::perms::group_read);
+        if (!store.set("kept", 2)) {
+            return 2;
+        }
+        if (store.number("kept") != 2) {
+            return 3;
+        }
+        const std::set<std::string> before = namesIn(folder);
+        fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+        if (store.set("kept", 3)) {
+            return 4;
+        }
+        if (store.number("kept") != 2) {
+            return 5;
+        }
+        if (namesIn(folder) != before) {
+            return 6;
+        }
+        fs::permissions(folder, fs::perms::owner_all);
+        return store.set("kept", 4) && store.number("kept") == 4 ? 0 : 7;
+    });
+    ASSERT_GT(child, 0);
+    const int failed = waitForChild(child);
+    ASSERT_TRUE(failed >= 0 && failed < 9) << "the child ended abnormally: " << failed;
+    EXPECT_EQ(failed, 0) << steps[failed];
+}
+
 }  // namespace
 }  // namespace corvane
