@@ -110,9 +110,11 @@ std::string execArgument(std::string_view argument) {
 }
 
 std::string contents(const fs::path& agent) {
+    // Version 1.4: every key below is in it, and validators still in use (Debian 12's) refuse
+    // 1.5 as unknown.
     return "[Desktop Entry]\n"
            "Type=Application\n"
-           "Version=1.5\n"
+           "Version=1.4\n"
            "Name=Corvane\n"
            "Comment=System monitor in the menu bar\n"
            "Exec=" +

@@ -19,7 +19,7 @@ TEST(AutostartEntry, ContentsQuoteTheAgentsPathForExecAndStringRules) {
     EXPECT_EQ(AutostartEntry::contents(agent),
               "[Desktop Entry]\n"
               "Type=Application\n"
-              "Version=1.5\n"
+              "Version=1.4\n"
               "Name=Corvane\n"
               "Comment=System monitor in the menu bar\n"
               R"(Exec="/home/me/My \\"Apps\\"/\\$HOME\\\\100%%/corvane-agent")"
