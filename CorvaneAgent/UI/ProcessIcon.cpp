@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <system_error>
 
 #include "Platform/Linux/LinuxProcessCommands.h"
 
@@ -43,7 +44,22 @@ ProcessIcon::ProcessIcon(const std::filesystem::path& procRoot,
           std::make_unique<LinuxProcessCommands>(procRoot),
           [directories = DesktopEntries::dataDirectories(environment)] {
               return DesktopApplicationIndex::load(directories);
-          })) {}
+          })) {
+    for (const std::filesystem::path& directory : DesktopEntries::dataDirectories(environment)) {
+        std::error_code error;
+        if (std::filesystem::is_directory(directory / "applications", error)) {
+            applicationFolders.addPath(
+                QString::fromStdString((directory / "applications").string()));
+        }
+    }
+    // Read again lazily, at the next row drawn: a package manager touches the folder many times
+    // in one install.
+    QObject::connect(&applicationFolders, &QFileSystemWatcher::directoryChanged,
+                     &applicationFolders, [this] {
+                         applications->reload();
+                         applicationIcons.clear();
+                     });
+}
 
 QIcon ProcessIcon::icon(const ProcessMetric& process) {
     const DesktopApplication* application = applications->application(process);

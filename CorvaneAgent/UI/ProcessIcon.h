@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileSystemWatcher>
 #include <QIcon>
 
 #include <filesystem>
@@ -18,7 +19,8 @@ class ProcessIcon {
 public:
     explicit ProcessIcon(std::unique_ptr<ProcessApplications> applications);
     /// Over procfs at `procRoot` and the desktop entries of the XDG data directories that
-    /// `environment` names.
+    /// `environment` names, read again when an applications folder among them changes (an
+    /// application installed or removed while the agent runs).
     ProcessIcon(const std::filesystem::path& procRoot,
                 const SharedSettings::EnvironmentLookup& environment);
 
@@ -29,6 +31,7 @@ public:
 private:
     std::unique_ptr<ProcessApplications> applications;
     std::map<std::string, QIcon> applicationIcons;
+    QFileSystemWatcher applicationFolders;
 };
 
 /// The icon a desktop entry's Icon value names: an image file when it is an absolute path,

@@ -2,10 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QImage>
 #include <QPixmap>
 
+#include <filesystem>
+#include <string_view>
+
 #include "Platform/Linux/LinuxProcessCommands.h"
+#include "tests/CorvaneShared/FileTestSupport.h"
 
 namespace corvane {
 namespace {
@@ -63,6 +69,26 @@ TEST(ProcessIcon, ApplicationIconFromThemeOrFileElseNone) {
     EXPECT_FALSE(applicationIcon("example-editor.svg").isNull());
     EXPECT_TRUE(applicationIcon("/no/such/icon.png").isNull());
     EXPECT_TRUE(applicationIcon("").isNull());
+}
+
+TEST(ProcessIcon, AnApplicationRemovedWhileRunningLosesItsIcon) {
+    QIcon::setThemeSearchPaths({QString::fromStdString(fixture + "/icons")});
+    QIcon::setThemeName("hicolor");
+    testing::TemporaryDirectory data;
+    std::filesystem::copy(fixture + "/share", data.path(),
+                          std::filesystem::copy_options::recursive);
+    const std::string dataDirectory = data.path().string();
+    ProcessIcon icons(fixture + "/procfs", [&](const char* name) -> const char* {
+        return std::string_view(name) == "XDG_DATA_DIRS" ? dataDirectory.c_str() : "/nonexistent";
+    });
+    const ProcessMetric editor{.pid = 105, .name = "editor"};
+    ASSERT_FALSE(icons.icon(editor).isNull());
+    std::filesystem::remove(data / "applications/org.example.Editor.desktop");
+    QDeadlineTimer deadline(15000);
+    while (!icons.icon(editor).isNull() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    EXPECT_TRUE(icons.icon(editor).isNull());
 }
 
 }  // namespace
