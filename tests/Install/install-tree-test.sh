@@ -32,6 +32,8 @@ expected=(
     share/man/man1/corvanectl.1
     share/bash-completion/completions/corvanectl
     lib/systemd/user/corvane-agent.service
+    share/doc/corvane/README.md
+    share/doc/corvane/docs/linux-port.md
 )
 if [[ "$with_settings" == 1 ]]; then
     expected+=(bin/corvane-settings "share/applications/$app_id.desktop"
