@@ -50,7 +50,7 @@ export DISPLAY=":$number"
 unset WAYLAND_DISPLAY QT_QPA_PLATFORM
 openbox >"$work/openbox.log" 2>&1 &
 pids+=($!)
-for _ in $(seq 50); do
+for _ in $(seq 150); do
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
     sleep 0.1
 done

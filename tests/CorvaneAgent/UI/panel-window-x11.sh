@@ -24,7 +24,7 @@ unset WAYLAND_DISPLAY
 
 openbox >"$work/openbox.log" 2>&1 &
 pids+=($!)
-for _ in $(seq 50); do
+for _ in $(seq 150); do
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
     sleep 0.1
 done
@@ -33,11 +33,11 @@ done
 "$demo" 1240,0,30,24 >"$work/demo.log" 2>&1 &
 demo_pid=$!
 pids+=("$demo_pid")
-panel=$(timeout 10 xdotool search --sync --name '^Sensors$' | head -n1) || fail "no panel window"
+panel=$(timeout 20 xdotool search --sync --name '^Sensors$' | head -n1) || fail "no panel window"
 other=$(xdotool search --name '^Other window$' | head -n1)
 # The manager takes the window over in its own time, slower on a loaded machine: wait until it
 # has said how it framed the window.
-for _ in $(seq 100); do
+for _ in $(seq 300); do
     xprop -id "$panel" _NET_FRAME_EXTENTS | grep -q '= 0, 0, 0, 0$' && break
     sleep 0.05
 done
@@ -69,7 +69,7 @@ if [[ -n ${SCREENSHOT:-} ]]; then
 fi
 
 xdotool windowactivate --sync "$panel" key Escape 2>/dev/null
-for _ in $(seq 50); do
+for _ in $(seq 150); do
     kill -0 "$demo_pid" 2>/dev/null || break
     sleep 0.1
 done
