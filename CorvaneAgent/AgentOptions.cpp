@@ -101,10 +101,7 @@ constexpr Flag flags[] = {
          }
          options.renderDirectory = std::filesystem::path(value);
          // Made when missing, so only something else in its place is refused here.
-         std::error_code error;
-         const auto kind = std::filesystem::status(options.renderDirectory, error).type();
-         if (kind != std::filesystem::file_type::not_found &&
-             kind != std::filesystem::file_type::directory) {
+         if (namesOtherKindThan(options.renderDirectory, std::filesystem::file_type::directory)) {
              return badValue(flag.name, value, "a directory");
          }
          return setMode(options, flag, Mode::render);
@@ -257,10 +254,8 @@ std::variant<AgentOptions, ArgumentError> parseAgentArguments(
     AgentOptions options;
     // Every value is a name, a number or a path the messages show; paths in another encoding
     // are refused as well, as nothing of ours would show them readably.
-    for (const std::string_view argument : arguments) {
-        if (!isValidUTF8(argument)) {
-            return ArgumentError{quotedArgument(argument) + " is not valid UTF-8"};
-        }
+    if (const auto argument = firstArgumentNotUTF8(arguments)) {
+        return ArgumentError{quotedArgument(*argument) + " is not valid UTF-8"};
     }
     ArgumentReader reader(arguments);
     while (!reader.atEnd()) {

@@ -2,9 +2,14 @@
 
 // Arguments of the programs' command lines as their one-line errors show them.
 
+#include <algorithm>
 #include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <ranges>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace corvane {
 
@@ -49,6 +54,28 @@ namespace corvane {
         i += length;
     }
     return true;
+}
+
+/// The first of `arguments` that is not well-formed UTF-8; absent when every one is. Our
+/// programs refuse such a command line whole: what they store and show is UTF-8.
+template <std::ranges::input_range Arguments>
+[[nodiscard]] std::optional<std::string_view> firstArgumentNotUTF8(const Arguments& arguments) {
+    const auto found = std::ranges::find_if(
+        arguments, [](std::string_view argument) { return !isValidUTF8(argument); });
+    if (found == std::ranges::end(arguments)) {
+        return std::nullopt;
+    }
+    return std::string_view(*found);
+}
+
+/// True when `path` names something that exists and is not of `kind` (a folder where a file
+/// belongs, a FIFO whose open would wait for a writer). A missing path is left to whoever reads
+/// or makes it, which says so.
+[[nodiscard]] inline bool namesOtherKindThan(const std::filesystem::path& path,
+                                             std::filesystem::file_type kind) {
+    std::error_code error;
+    const auto found = std::filesystem::status(path, error).type();
+    return found != std::filesystem::file_type::not_found && found != kind;
 }
 
 /// `argument` in single quotes for an error line: control characters (a newline would split

@@ -45,10 +45,11 @@ bool syncDirectory(const fs::path& directory) {
 bool writeAll(int fd, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        // Nothing taken for a non-empty write would be asked again for ever.
+        if (written <= 0) {
             return false;
         }
         bytes.remove_prefix(static_cast<std::size_t>(written));

@@ -3,10 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
+
+#include "Foundation/FileReplacement.h"
 
 namespace corvane {
 
@@ -26,18 +26,7 @@ public:
         buffer.clear();
         serializer.dump(json, indent >= 0, false, static_cast<unsigned int>(std::max(indent, 0)));
         buffer.push_back('\n');
-        std::size_t written = 0;
-        while (written < buffer.size()) {
-            const ssize_t count =
-                ::write(descriptor, buffer.data() + written, buffer.size() - written);
-            if (count < 0 && errno == EINTR) {
-                continue;
-            }
-            if (count <= 0) {
-                return;
-            }
-            written += static_cast<std::size_t>(count);
-        }
+        writeAll(descriptor, buffer);
     }
 
 private:

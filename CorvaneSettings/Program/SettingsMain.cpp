@@ -65,10 +65,8 @@ struct ParsedOptions {
 };
 
 ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
-    for (const std::string& argument : arguments) {
-        if (!isValidUTF8(argument)) {
-            return {std::nullopt, "an argument is not UTF-8: " + quotedArgument(argument)};
-        }
+    if (const auto argument = firstArgumentNotUTF8(arguments)) {
+        return {std::nullopt, "an argument is not UTF-8: " + quotedArgument(*argument)};
     }
     Options options;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
@@ -87,9 +85,7 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
             options.page = static_cast<int>(found - std::begin(pageNames));
         } else if (argument == "--render") {
             const std::string& folder = arguments[++index];
-            std::error_code error;
-            const auto kind = fs::status(folder, error).type();
-            if (kind != fs::file_type::not_found && kind != fs::file_type::directory) {
+            if (namesOtherKindThan(folder, fs::file_type::directory)) {
                 return {std::nullopt, "--render needs a folder: " + quotedArgument(folder)};
             }
             options.renderDirectory = folder;

@@ -157,13 +157,6 @@ std::size_t descriptorBudgetFromLimit() {
 
 }  // namespace
 
-// A process's files freshly opened by this scan, kept or closed after it was read.
-struct LinuxProcessSource::OpenedFiles {
-    FileDescriptor stat;
-    FileDescriptor statm;
-    FileDescriptor io;
-};
-
 LinuxProcessSource::LinuxProcessSource(const std::filesystem::path& procRoot)
     : LinuxProcessSource(procRoot, descriptorBudgetFromLimit()) {}
 
@@ -176,54 +169,42 @@ LinuxProcessSource::LinuxProcessSource(const std::filesystem::path& procRoot, st
 
 LinuxProcessSource::~LinuxProcessSource() = default;
 
-std::size_t LinuxProcessSource::descriptorsOf(const KeptProcess& process) {
-    return static_cast<std::size_t>(process.stat.isOpen()) +
-           static_cast<std::size_t>(process.statm.isOpen()) +
-           static_cast<std::size_t>(process.io.isOpen());
-}
-
 void LinuxProcessSource::forget(std::unordered_map<std::int32_t, KeptProcess>::iterator process) {
-    descriptorsKept -= descriptorsOf(process->second);
+    descriptorsKept -= process->second.files.openCount();
     kept.erase(process);
 }
 
 bool LinuxProcessSource::readKept(KeptProcess& process, ProcessSample& sample) {
     // A refused io is asked again now and then; kept when it opens and the budget allows.
     std::optional<FileDescriptor> retriedIo;
-    if (!process.io.isOpen() && scans % refusedIoRetryScans == 0) {
+    if (!process.files.io.isOpen() && scans % refusedIoRetryScans == 0) {
         retriedIo = openFile(listing.descriptor(), sample.pid, "io");
     }
-    const FileDescriptor& ioFile = retriedIo ? *retriedIo : process.io;
+    const FileDescriptor& ioFile = retriedIo ? *retriedIo : process.files.io;
     bool ioRead = false;
-    if (!fillSample(sample, process.stat, process.statm, ioFile, pageSizeBytes, ioRead)) {
+    if (!fillSample(sample, process.files.stat, process.files.statm, ioFile, pageSizeBytes,
+                    ioRead)) {
         return false;
     }
     if (retriedIo && ioRead && descriptorsKept < descriptorBudget) {
-        process.io = std::move(*retriedIo);
+        process.files.io = std::move(*retriedIo);
         ++descriptorsKept;
-    } else if (!retriedIo && !ioRead && process.io.isOpen()) {
+    } else if (!retriedIo && !ioRead && process.files.io.isOpen()) {
         // Refused since it was opened (the process ran a setuid program): no use keeping it.
-        process.io.reset();
+        process.files.io.reset();
         --descriptorsKept;
     }
     return true;
 }
 
-bool LinuxProcessSource::keepOrClose(std::int32_t pid, std::uint64_t inode, OpenedFiles& files) {
-    const std::size_t count = static_cast<std::size_t>(files.stat.isOpen()) +
-                              static_cast<std::size_t>(files.statm.isOpen()) +
-                              static_cast<std::size_t>(files.io.isOpen());
+bool LinuxProcessSource::keepOrClose(std::int32_t pid, std::uint64_t inode, ProcessFiles& files) {
+    const std::size_t count = files.openCount();
     if (descriptorsKept + count > descriptorBudget) {
         return false;
     }
     descriptorsKept += count;
-    kept.insert_or_assign(pid, KeptProcess{
-                                   .inode = inode,
-                                   .stat = std::move(files.stat),
-                                   .statm = std::move(files.statm),
-                                   .io = std::move(files.io),
-                                   .lastScan = scans,
-                               });
+    kept.insert_or_assign(
+        pid, KeptProcess{.inode = inode, .files = std::move(files), .lastScan = scans});
     return true;
 }
 
@@ -254,7 +235,7 @@ std::vector<ProcessSample> LinuxProcessSource::sampleProcesses() {
         if (process != kept.end()) {
             forget(process);
         }
-        OpenedFiles files{.stat = openFile(procDirectory, entry.pid, "stat")};
+        ProcessFiles files{.stat = openFile(procDirectory, entry.pid, "stat")};
         if (!files.stat.isOpen()) {
             continue;
         }
@@ -278,7 +259,7 @@ std::vector<ProcessSample> LinuxProcessSource::sampleProcesses() {
             if (process.second.lastScan == scans) {
                 return false;
             }
-            descriptorsKept -= descriptorsOf(process.second);
+            descriptorsKept -= process.second.files.openCount();
             return true;
         });
     }

@@ -47,21 +47,28 @@ public:
     double nanosecondsPerTick() const override { return tickNanoseconds; }
 
 private:
-    /// The open files of one process seen by an earlier scan.
-    struct KeptProcess {
-        std::uint64_t inode = 0;
+    /// The files read of one process; io stays closed when it is refused.
+    struct ProcessFiles {
         FileDescriptor stat;
         FileDescriptor statm;
         FileDescriptor io;
+
+        std::size_t openCount() const {
+            return static_cast<std::size_t>(stat.isOpen()) +
+                   static_cast<std::size_t>(statm.isOpen()) + static_cast<std::size_t>(io.isOpen());
+        }
+    };
+    /// The open files of one process seen by an earlier scan.
+    struct KeptProcess {
+        std::uint64_t inode = 0;
+        ProcessFiles files;
         /// The scan that last listed it; kept files of processes no longer listed are closed.
         std::uint64_t lastScan = 0;
     };
-    struct OpenedFiles;
 
     bool readKept(KeptProcess& process, ProcessSample& sample);
-    bool keepOrClose(std::int32_t pid, std::uint64_t inode, OpenedFiles& files);
+    bool keepOrClose(std::int32_t pid, std::uint64_t inode, ProcessFiles& files);
     void forget(std::unordered_map<std::int32_t, KeptProcess>::iterator process);
-    static std::size_t descriptorsOf(const KeptProcess& process);
 
     std::mutex scanning;
     std::string root;

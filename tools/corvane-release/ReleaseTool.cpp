@@ -53,12 +53,10 @@ std::string quoted(const fs::path& path) {
     return quotedArgument(path.string());
 }
 
-// A path where a file to read belongs that names something else: a directory, or a FIFO
-// whose open would wait for a writer. A missing file is left to the read, which says so.
+// A path where a file to read belongs that names something else; a missing file is left to
+// the read, which says so.
 bool namesSomethingElseThanAFile(const fs::path& path) {
-    std::error_code error;
-    const auto kind = fs::status(path, error).type();
-    return kind != fs::file_type::not_found && kind != fs::file_type::regular;
+    return namesOtherKindThan(path, fs::file_type::regular);
 }
 
 std::variant<std::string, Failure> readFile(const fs::path& path) {
@@ -303,12 +301,10 @@ int run(std::span<const std::string_view> arguments, std::ostream& out, std::ost
         return 0;
     }
     // Paths and versions end up in messages and in the feed's XML, which is UTF-8.
-    for (const std::string_view argument : arguments) {
-        if (!isValidUTF8(argument)) {
-            errors << "corvane-release: " << quotedArgument(argument)
-                   << " is not valid UTF-8 (see corvane-release --help)\n";
-            return 2;
-        }
+    if (const auto argument = firstArgumentNotUTF8(arguments)) {
+        errors << "corvane-release: " << quotedArgument(*argument)
+               << " is not valid UTF-8 (see corvane-release --help)\n";
+        return 2;
     }
     const std::string_view command = arguments[0];
     const auto rest = arguments.subspan(1);

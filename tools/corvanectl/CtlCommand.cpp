@@ -215,10 +215,8 @@ std::variant<CtlCommand, CtlUsageError> parseCtlArguments(
     }
     // The settings file holds JSON, which is UTF-8: a key or a text in another encoding would
     // be stored as something else than was typed.
-    for (const std::string_view argument : arguments) {
-        if (!isValidUTF8(argument)) {
-            return CtlUsageError{quoted(argument) + " is not valid UTF-8"};
-        }
+    if (const auto argument = firstArgumentNotUTF8(arguments)) {
+        return CtlUsageError{quoted(*argument) + " is not valid UTF-8"};
     }
     for (const Command& command : commands) {
         if (command.name == arguments[0]) {
