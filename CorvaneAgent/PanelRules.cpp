@@ -70,7 +70,10 @@ double shareOf(double part, double total) {
     return total > 0 ? part / total : 0.0;
 }
 
-std::string coresText(const std::vector<CoreTier>& tiers) {
+std::string coresText(const std::vector<CoreTier>& tiers, int totalCores) {
+    if (tiers.empty()) {
+        return std::to_string(totalCores);
+    }
     std::string text;
     for (const CoreTier& tier : tiers) {
         if (!text.empty()) {

@@ -56,8 +56,9 @@ std::int64_t usedStorage(std::int64_t total, std::int64_t available);
 double shareOf(double part, double total);
 
 /// The core tiers, each as its count and name, joined with " + " ("4 Performance + 8
-/// Efficiency"); empty without tiers.
-std::string coresText(const std::vector<CoreTier>& tiers);
+/// Efficiency"); without tiers (a processor whose cores are all alike, as most x86 ones) the
+/// bare count of `totalCores`, so the row is never blank.
+std::string coresText(const std::vector<CoreTier>& tiers, int totalCores);
 
 /// `pattern` with each "%@" or "%lld" replaced, in order, by the next of `arguments`; extra
 /// placeholders are left as they are.

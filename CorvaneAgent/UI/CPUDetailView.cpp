@@ -192,7 +192,7 @@ CPUDetailView::CPUDetailView(std::unique_ptr<PanelSource> panelSource, PanelCont
     auto* cpuTemperature =
         cpu->add(new ValueRow(context.text("Temperature"), {}, std::nullopt, cpu));
     auto* cpuPower = cpu->add(new ValueRow(context.text("Power"), {}, std::nullopt, cpu));
-    coreTiers->setValue(qt(coresText(source->coreTiers())));
+    coreTiers->setValue(qt(coresText(source->coreTiers(), source->totalCores())));
     follow({MonitorField::cpuTemperature}, [=, this] {
         const std::optional<double> celsius = model().cpuTemperature;
         cpuTemperature->setVisible(celsius.has_value());

@@ -111,8 +111,10 @@ TEST(PanelRules, PatternsAndCoresJoinInOrder) {
     EXPECT_EQ(fillPattern("%@ of %@", {"1 GB", "2 GB"}), "1 GB of 2 GB");
     EXPECT_EQ(fillPattern("Lüfter %lld", {"2"}), "Lüfter 2");
     EXPECT_EQ(fillPattern("%@ free", {"%@"}), "%@ free");
-    EXPECT_EQ(coresText({{"Performance", 4}, {"Efficiency", 8}}), "4 Performance + 8 Efficiency");
-    EXPECT_EQ(coresText({{"Performance", 6}}), "6 Performance");
+    EXPECT_EQ(coresText({{"Performance", 4}, {"Efficiency", 8}}, 12),
+              "4 Performance + 8 Efficiency");
+    EXPECT_EQ(coresText({{"Performance", 6}}, 6), "6 Performance");
+    EXPECT_EQ(coresText({}, 2), "2");
 }
 
 }  // namespace
