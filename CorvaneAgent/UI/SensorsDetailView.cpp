@@ -5,6 +5,8 @@
 #include "CorvaneAgent/PanelRules.h"
 #include "CorvaneAgent/UI/SensorRows.h"
 #include "CorvaneShared/UI/DenseSection.h"
+#include "CorvaneShared/UI/MonitorPopover.h"
+#include "CorvaneShared/UI/NoteRow.h"
 #include "CorvaneShared/UI/PopoverDivider.h"
 #include "CorvaneShared/UI/ValueRow.h"
 
@@ -52,8 +54,9 @@ SensorsDetailView::SensorsDetailView(std::unique_ptr<PanelSource> panelSource,
 
     DenseSection* temperatures =
         addBlock(this, column, context.text("TEMPERATURES"), metrics).section;
-    auto* none =
-        temperatures->add(new ValueRow(context.text(context.profile.noTemperatureSensors), {}));
+    auto* none = temperatures->add(
+        new NoteRow(context.text(context.profile.noTemperatureSensors),
+                    MonitorPopover::panelWidth - 2 * DenseSection::horizontalMargin));
     QVBoxLayout* groupColumn = rowColumn(temperatures);
     auto groupRows = std::make_shared<std::vector<SensorRow*>>();
     follow({MonitorField::sensorGroups, MonitorField::temperatures}, [=, this] {

@@ -44,7 +44,7 @@ DenseSection::DenseSection(std::optional<QString> titleText, PanelSpacing spacin
     : QWidget(parent), layout(new QVBoxLayout(this)) {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     const int vertical = static_cast<int>(std::lround(spacing.sectionPadding));
-    layout->setContentsMargins(12, vertical, 12, vertical);
+    layout->setContentsMargins(horizontalMargin, vertical, horizontalMargin, vertical);
     layout->setSpacing(static_cast<int>(std::lround(spacing.rowSpacing)));
     if (titleText) {
         title = new Title(std::move(*titleText), this);

@@ -22,6 +22,9 @@ class DenseSection final : public QWidget {
 public:
     DenseSection(std::optional<QString> title, PanelSpacing spacing, QWidget* parent = nullptr);
 
+    /// The space left and right of every row.
+    static constexpr int horizontalMargin = 12;
+
     /// Appends `row` (the section takes it over) and returns it.
     template <typename Row>
     Row* add(Row* row) {

@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "CorvaneAgent/FieldObservers.h"
@@ -88,12 +90,14 @@ struct PanelFixture {
     InMemorySettingsStore settings;
     MonitorFields fields;
     FieldObservers observers;
+    std::function<std::string(std::string_view)> translate = [](std::string_view key) {
+        return std::string(key);
+    };
 
     std::unique_ptr<MonitorPopover> panel(MonitorSection section,
                                           std::optional<double> scroll = std::nullopt) {
         PanelEnvironment environment{
-            .units = {settings, [] { return std::string("en"); },
-                      [](std::string_view key) { return std::string(key); },
+            .units = {settings, [] { return std::string("en"); }, translate,
                       [](const char* name) -> const char* {
                           return std::string_view(name) == "LANG" ? "en_US.UTF-8" : nullptr;
                       }},
@@ -148,6 +152,23 @@ TEST(DetailPanels, EmptyModelShowsNoOptionalSections) {
     fixture.observers.announceChanges();
     // The battery (seven rows) and the fan arrive with their sections while the panel is open.
     EXPECT_GT(sensors->heightForWidth(MonitorPopover::panelWidth), withoutExtras + 7 * 12);
+}
+
+// A translation longer than a row wraps, and the panel grows by the lines it needs rather
+// than cutting the message short.
+TEST(DetailPanels, ALongMessageInPlaceOfRowsWraps) {
+    PanelFixture shortMessage;
+    const int oneLine =
+        shortMessage.panel(MonitorSection::sensors)->heightForWidth(MonitorPopover::panelWidth);
+    PanelFixture longMessage;
+    longMessage.translate = [](std::string_view key) {
+        return key == PlatformProfile::linuxDesktop().noTemperatureSensors
+                   ? "Temperature sensors were looked for in many places of the system, "
+                     "and not a single one of them could be read"
+                   : std::string(key);
+    };
+    auto panel = longMessage.panel(MonitorSection::sensors);
+    EXPECT_GE(panel->heightForWidth(MonitorPopover::panelWidth), oneLine + 12);
 }
 
 // Counts the events of one type that reach the objects it filters.
