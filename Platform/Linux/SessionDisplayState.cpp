@@ -129,7 +129,8 @@ struct SessionDisplayState::Bus {
         if (!addMatch(rule, &ownerChanged, &followed)) {
             return nullptr;
         }
-        sd_bus_error error = SD_BUS_ERROR_NULL;
+        // Zeroed, as SD_BUS_ERROR_NULL would, which is a C compound literal.
+        sd_bus_error error{};
         sd_bus_message* reply = nullptr;
         // Answered by the daemon itself, so this waits on nothing a slow service can hold up.
         if (sd_bus_call_method(bus, busService, busPath, busService, "GetNameOwner", &error, &reply,
