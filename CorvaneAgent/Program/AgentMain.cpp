@@ -15,8 +15,8 @@
 #include "CorvaneAgent/Program/UpdateCheckSession.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
+#include "Platform/Linux/CompiledTranslations.h"
 #include "Platform/Linux/ExecutablePath.h"
-#include "Platform/Qt/QtTranslations.h"
 
 int main(int argc, char** argv) {
     using corvane::AgentOptions;
@@ -45,13 +45,13 @@ int main(int argc, char** argv) {
     const auto executable = corvane::currentExecutablePath();
     const auto bundle =
         executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    corvane::QtTranslations::FileLookup translationFile;
+    corvane::CompiledTranslations::FileLookup translationFile;
     if (bundle) {
         translationFile = [bundle = *bundle](std::string_view language) {
             return corvane::BundleDirectory::translationFile(bundle, language);
         };
     }
-    corvane::QtTranslations translations(std::move(translationFile));
+    corvane::CompiledTranslations translations(std::move(translationFile));
     corvane::AppLanguage language(corvane::processLanguageSources(
         bundle, [&translations](std::string_view code, std::string_view key) {
             return translations.translation(code, key);

@@ -31,7 +31,7 @@
 #include "Platform/Qt/QtFileChangeWatcher.h"
 #include "Platform/Qt/QtProcessLauncher.h"
 #include "Platform/Qt/QtRuntime.h"
-#include "Platform/Qt/SessionDisplayState.h"
+#include "Platform/Qt/QtSessionDisplayState.h"
 #include "Platform/Qt/TerminationSignals.h"
 #include "Platform/Qt/Updates/UpdateDialogs.h"
 
@@ -189,7 +189,7 @@ int runAgent(int& argc, char** argv, const AgentOptions& options, AppLanguage& l
                 MonitorServices services =
                     machineServices(options, settings, runtime.runtime(),
                                     std::get<std::shared_ptr<SensorSource>>(std::move(sensors)));
-                services.displayState = std::make_unique<SessionDisplayState>();
+                services.displayState = std::make_unique<QtSessionDisplayState>();
                 services.translate = [&language](std::string_view key) {
                     return language.string(key);
                 };

@@ -17,7 +17,7 @@
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/SharedSettings.h"
 #include "Platform/Qt/QtRuntime.h"
-#include "Platform/Qt/SessionDisplayState.h"
+#include "Platform/Qt/QtSessionDisplayState.h"
 
 namespace corvane {
 
@@ -60,7 +60,7 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
     // A snapshot is a one-off reading that has to finish even behind a locked screen; a stream
     // runs like the agent and rests while nobody can see its readings.
     if (!isSnapshot) {
-        services.displayState = std::make_unique<SessionDisplayState>();
+        services.displayState = std::make_unique<QtSessionDisplayState>();
     }
     services.translate = [&language](std::string_view key) { return language.string(key); };
     auto monitor = SystemMonitor::create(std::move(services));

@@ -26,11 +26,11 @@
 #include "CorvaneShared/SharedSettings.h"
 #include "CorvaneShared/SignalListener.h"
 #include "Foundation/ArgumentText.h"
+#include "Platform/Linux/CompiledTranslations.h"
 #include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Qt/QtDBusSignalBus.h"
 #include "Platform/Qt/QtFileChangeWatcher.h"
 #include "Platform/Qt/QtProcessLauncher.h"
-#include "Platform/Qt/QtTranslations.h"
 
 namespace {
 
@@ -155,13 +155,13 @@ int main(int argc, char** argv) {
     const auto executable = currentExecutablePath();
     const auto bundle =
         executable ? BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    QtTranslations::FileLookup translationFile;
+    CompiledTranslations::FileLookup translationFile;
     if (bundle) {
         translationFile = [bundle = *bundle](std::string_view code) {
             return BundleDirectory::translationFile(bundle, code);
         };
     }
-    QtTranslations translations(std::move(translationFile));
+    CompiledTranslations translations(std::move(translationFile));
     AppLanguage language(processLanguageSources(
         bundle, [&translations](std::string_view code, std::string_view key) {
             return translations.translation(code, key);
