@@ -25,20 +25,23 @@ TEST(AgentOptions, AcceptsEveryFlagInBothSpellings) {
     EXPECT_EQ(options.menuBarHost, MenuBarHostRequest::strip);
 }
 
-TEST(AgentOptions, UpdateFlagsAreModes) {
-    EXPECT_EQ(std::get<AgentOptions>(parse({"--update-check"})).mode,
-              AgentOptions::Mode::updateCheck);
-    EXPECT_EQ(std::get<AgentOptions>(parse({"--update-install", "--update-install"})).mode,
-              AgentOptions::Mode::updateInstall);
-}
-
-TEST(AgentOptions, RenderIsAOneOffModeWithItsDirectory) {
-    auto parsed = parse({"--render=/tmp/meters", "--refreshes", "1", "--open", "storage"});
-    ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
-    const auto& options = std::get<AgentOptions>(parsed);
-    EXPECT_EQ(options.mode, AgentOptions::Mode::render);
-    EXPECT_EQ(options.renderDirectory, "/tmp/meters");
-    EXPECT_EQ(options.refreshes, 1);
+TEST(AgentOptions, ModeFlagsAndHelpWinningOverWhatFollows) {
+    using Mode = AgentOptions::Mode;
+    const std::pair<std::vector<std::string_view>, Mode> rows[] = {
+        {{"--update-check"}, Mode::updateCheck},
+        {{"--update-install", "--update-install"}, Mode::updateInstall},
+        {{"--stream", "--help", "--bogus"}, Mode::help},
+        {{"--render=/tmp/meters", "--refreshes", "1", "--open", "storage"}, Mode::render},
+    };
+    for (const auto& [arguments, mode] : rows) {
+        SCOPED_TRACE(arguments.front());
+        auto parsed = parse(arguments);
+        ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
+        EXPECT_EQ(std::get<AgentOptions>(parsed).mode, mode);
+    }
+    const auto render = std::get<AgentOptions>(parse(rows[3].first));
+    EXPECT_EQ(render.renderDirectory, "/tmp/meters");
+    EXPECT_EQ(render.refreshes, 1);
 }
 
 TEST(AgentOptions, OnlyACopyWithoutAModeRunsTheMenuBar) {
@@ -59,12 +62,6 @@ TEST(AgentOptions, OnlyACopyWithoutAModeRunsTheMenuBar) {
         EXPECT_EQ(runsTheMenuBar(row.arguments), row.menuBar)
             << testing::PrintToString(row.arguments);
     }
-}
-
-TEST(AgentOptions, HelpWinsOverEverythingAfterIt) {
-    auto parsed = parse({"--stream", "--help", "--bogus"});
-    ASSERT_TRUE(std::holds_alternative<AgentOptions>(parsed));
-    EXPECT_EQ(std::get<AgentOptions>(parsed).mode, AgentOptions::Mode::help);
 }
 
 TEST(AgentOptions, RefusesBadInputWithOneLine) {

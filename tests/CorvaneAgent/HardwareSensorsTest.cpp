@@ -174,16 +174,16 @@ TEST(HardwareSensors, ReadsEachFixtureMachine) {
     }
 }
 
-// One applesmc chip whose temperature sensors carry the labels given, each reading its place
-// in the list plus 40 degrees.
-class FakeApplesmcChip final : public HardwareMonitor {
+// One chip with the temperature sensors given, each reading its place in the list plus 40
+// degrees, and energy counters that tests set between passes.
+class FakeMonitor final : public HardwareMonitor {
 public:
-    explicit FakeApplesmcChip(const std::vector<std::string>& labels) {
-        HwmonChip chip{.name = "applesmc"};
+    FakeMonitor(std::string chip, const std::vector<std::string>& labels,
+                std::vector<RAPLDomain> domains = {})
+        : chipList{{.name = std::move(chip)}}, domains(std::move(domains)) {
         for (std::size_t i = 0; i < labels.size(); ++i) {
-            chip.temperatures.push_back({static_cast<int>(i) + 1, labels[i]});
+            chipList[0].temperatures.push_back({static_cast<int>(i) + 1, labels[i]});
         }
-        chipList.push_back(std::move(chip));
     }
     const std::vector<HwmonChip>& chips() const override { return chipList; }
     const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
@@ -194,7 +194,12 @@ public:
     std::optional<std::uint64_t> powerMicrowatts(std::size_t, std::size_t) override {
         return std::nullopt;
     }
-    std::optional<EnergySample> energy(std::size_t) override { return std::nullopt; }
+    std::optional<EnergySample> energy(std::size_t domain) override {
+        const auto found = samples.find(domain);
+        return found == samples.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    std::map<std::size_t, EnergySample> samples;
 
 private:
     std::vector<HwmonChip> chipList;
@@ -216,7 +221,7 @@ TEST(HardwareSensors, ApplesmcKeysReadInTheScopeTheControllerReadsThemIn) {
     ASSERT_TRUE(std::holds_alternative<RecordedSMCTable>(loaded));
     const auto controller = SMCReader::create(
         std::make_unique<RecordedSMCTable>(std::get<RecordedSMCTable>(std::move(loaded))));
-    const auto hwmon = HardwareSensors::create(std::make_unique<FakeApplesmcChip>(keys));
+    const auto hwmon = HardwareSensors::create(std::make_unique<FakeMonitor>("applesmc", keys));
     ASSERT_TRUE(controller && hwmon);
     for (const auto scope : {Scope::menuBar, Scope::full}) {
         SCOPED_TRACE(smcScopeRaw(scope));
@@ -234,36 +239,11 @@ TEST(HardwareSensors, NoSourceWithoutAChip) {
     EXPECT_FALSE(HardwareSensors::create(nullptr));
 }
 
-// Energy counters that tests set between passes.
-class FakeCounters final : public HardwareMonitor {
-public:
-    explicit FakeCounters(std::vector<RAPLDomain> domains)
-        : chipList{{.name = "coretemp"}}, domains(std::move(domains)) {}
-    const std::vector<HwmonChip>& chips() const override { return chipList; }
-    const std::vector<RAPLDomain>& raplDomains() const override { return domains; }
-    std::optional<std::int64_t> temperatureMillidegrees(std::size_t, std::size_t) override {
-        return std::nullopt;
-    }
-    HwmonFanSpeeds fanSpeeds(std::size_t, std::size_t) override { return {}; }
-    std::optional<std::uint64_t> powerMicrowatts(std::size_t, std::size_t) override {
-        return std::nullopt;
-    }
-    std::optional<EnergySample> energy(std::size_t domain) override {
-        const auto found = samples.find(domain);
-        return found == samples.end() ? std::nullopt : std::optional(found->second);
-    }
-
-    std::map<std::size_t, EnergySample> samples;
-
-private:
-    std::vector<HwmonChip> chipList;
-    std::vector<RAPLDomain> domains;
-};
-
 TEST(HardwareSensors, PackagesAddUpAndEveryOneMustRead) {
     const TimePoint start;
     constexpr std::uint64_t range = 100'000'000'000;
-    auto owned = std::make_unique<FakeCounters>(
+    auto owned = std::make_unique<FakeMonitor>(
+        "coretemp", std::vector<std::string>{},
         std::vector<RAPLDomain>{{"package-0", range}, {"dram", range}, {"package-1", range}});
     auto& counters = *owned;
     const auto sensors =

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <set>
+
 #include "CorvaneAgent/SamplingPlan.h"
 #include "CorvaneShared/SettingsStore.h"
 
@@ -7,13 +10,6 @@ namespace corvane {
 namespace {
 
 using Scope = SamplingPlan::SMCScope;
-
-struct PlanRow {
-    const char* name;
-    const char* storedJSON;
-    std::set<MonitorSection> open;
-    SamplingPlan expected;
-};
 
 SamplingPlan plan(bool processes, bool gpu, bool battery, int storageEvery, Scope scope) {
     return {processes, gpu, battery, storageEvery, scope};
@@ -24,64 +20,48 @@ constexpr const char* allHidden =
         "showSensorsItem": false})";
 
 TEST(SamplingPlan, FollowsVisibleMetersReadoutsAndOpenPanels) {
-    const PlanRow rows[] = {
-        {"nothing stored", "{}", {}, plan(true, false, false, 15, Scope::menuBar)},
-        {"every meter hidden", allHidden, {}, plan(false, false, false, 15, Scope::none)},
-        {"hidden meters but the memory panel open",
-         allHidden,
-         {MonitorSection::memory},
-         plan(true, false, false, 15, Scope::none)},
-        {"hidden meters but the cpu panel open",
-         allHidden,
-         {MonitorSection::cpu},
-         plan(true, true, false, 15, Scope::menuBar)},
-        {"sensors panel open",
-         allHidden,
-         {MonitorSection::sensors},
-         plan(false, true, true, 15, Scope::full)},
-        {"storage panel open",
-         "{}",
-         {MonitorSection::storage},
-         plan(true, false, false, 3, Scope::menuBar)},
-        {"hottest readout reads every sensor",
-         R"({"sensorsReadout": "hottest"})",
-         {},
-         plan(true, false, false, 15, Scope::full)},
-        {"hottest readout on a hidden meter",
-         R"({"sensorsReadout": "hottest", "showSensorsItem": false})",
-         {},
-         plan(true, false, false, 15, Scope::menuBar)},
-        {"sensors off and cpu usage",
-         R"({"sensorsReadout": "off", "cpuReadout": "usage"})",
-         {},
-         plan(true, false, false, 15, Scope::none)},
-        {"cpu power readout",
-         R"({"sensorsReadout": "off", "cpuReadout": "power"})",
-         {},
-         plan(true, false, false, 15, Scope::menuBar)},
-        {"cpu usage readout, fan readout",
-         R"({"sensorsReadout": "fan", "cpuReadout": "usage"})",
-         {},
-         plan(true, false, false, 15, Scope::menuBar)},
-        {"unknown readouts fall back",
-         R"({"sensorsReadout": "Hottest", "cpuReadout": 3})",
-         {},
-         plan(true, false, false, 15, Scope::menuBar)},
+    struct Row {
+        const char* name;
+        SamplingPlan expected;
+        const char* storedJSON = "{}";
+        std::optional<MonitorSection> open = std::nullopt;
+    };
+    using enum MonitorSection;
+    const Row rows[] = {
+        {"nothing stored", plan(true, false, false, 15, Scope::menuBar)},
+        {"every meter hidden", plan(false, false, false, 15, Scope::none), allHidden},
+        {"hidden meters but the memory panel open", plan(true, false, false, 15, Scope::none),
+         allHidden, memory},
+        {"hidden meters but the cpu panel open", plan(true, true, false, 15, Scope::menuBar),
+         allHidden, cpu},
+        {"sensors panel open", plan(false, true, true, 15, Scope::full), allHidden, sensors},
+        {"storage panel open", plan(true, false, false, 3, Scope::menuBar), "{}", storage},
+        {"hottest readout reads every sensor", plan(true, false, false, 15, Scope::full),
+         R"({"sensorsReadout": "hottest"})"},
+        {"hottest readout on a hidden meter", plan(true, false, false, 15, Scope::menuBar),
+         R"({"sensorsReadout": "hottest", "showSensorsItem": false})"},
+        {"sensors off and cpu usage", plan(true, false, false, 15, Scope::none),
+         R"({"sensorsReadout": "off", "cpuReadout": "usage"})"},
+        {"cpu power readout", plan(true, false, false, 15, Scope::menuBar),
+         R"({"sensorsReadout": "off", "cpuReadout": "power"})"},
+        {"cpu usage readout, fan readout", plan(true, false, false, 15, Scope::menuBar),
+         R"({"sensorsReadout": "fan", "cpuReadout": "usage"})"},
+        {"unknown readouts fall back", plan(true, false, false, 15, Scope::menuBar),
+         R"({"sensorsReadout": "Hottest", "cpuReadout": 3})"},
         {"a visibility value of the wrong type still shows the meter",
+         plan(true, false, false, 15, Scope::none),
          R"({"showCPUItem": "no", "showMemoryItem": 0, "showStorageItem": false,
-             "showSensorsItem": false, "cpuReadout": "usage"})",
-         {},
-         plan(true, false, false, 15, Scope::none)},
-        {"only the cpu meter, reading temperature",
+             "showSensorsItem": false, "cpuReadout": "usage"})"},
+        {"only the cpu meter, reading temperature", plan(true, false, false, 15, Scope::menuBar),
          R"({"showCPUItem": true, "showMemoryItem": false, "showStorageItem": false,
-             "showSensorsItem": false})",
-         {},
-         plan(true, false, false, 15, Scope::menuBar)},
+             "showSensorsItem": false})"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         InMemorySettingsStore settings(SettingValue::parse(row.storedJSON));
-        EXPECT_EQ(computeSamplingPlan(settings, row.open), row.expected);
+        const std::set<MonitorSection> open =
+            row.open ? std::set{*row.open} : std::set<MonitorSection>{};
+        EXPECT_EQ(computeSamplingPlan(settings, open), row.expected);
     }
 }
 

@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <optional>
-#include <string>
-#include <string_view>
-#include <utility>
 
 namespace corvane {
 namespace {
@@ -31,42 +28,6 @@ TEST(FanReading, LoadIsThePlaceOfTheSpeedBetweenItsLimits) {
         const FanReading fan{"F0Ac", 0, row.rpm, row.minimumRPM, row.maximumRPM};
         EXPECT_EQ(fan.load(), row.load);
     }
-}
-
-// Groups and power readings show the title and symbol of their category or channel, the title
-// in the interface language.
-TEST(SensorReadings, GroupsAndPowerReadingsShowTheirTitleAndSymbol) {
-    const TextLookup translate = [](std::string_view key) { return "<" + std::string(key) + ">"; };
-    struct Shown {
-        std::string title;
-        std::string_view icon;
-    };
-    const auto group = [&](SensorCategory category) {
-        const SensorGroup shown{category, 40.0};
-        return Shown{shown.title(translate), shown.icon()};
-    };
-    const auto power = [&](PowerChannel channel) {
-        const PowerReading shown{channel, 12.5};
-        return Shown{shown.title(translate), shown.icon()};
-    };
-    const std::pair<Shown, Shown> rows[] = {
-        {group(SensorCategory::cpu), {"<CPU>", "cpu"}},
-        {group(SensorCategory::gpu), {"<GPU>", "cube.transparent"}},
-        {group(SensorCategory::memory), {"<Memory>", "memorychip"}},
-        {group(SensorCategory::storage), {"<Storage>", "internaldrive"}},
-        {group(SensorCategory::battery), {"<Battery>", "battery.100"}},
-        {group(SensorCategory::ambient), {"<Ambient>", "wind"}},
-        {group(SensorCategory::other), {"<Other>", "thermometer.medium"}},
-        {power(PowerChannel::system), {"<System>", "bolt"}},
-        {power(PowerChannel::cpu), {"<CPU>", "cpu"}},
-        {power(PowerChannel::gpu), {"<GPU>", "cube.transparent"}},
-    };
-    for (const auto& [shown, expected] : rows) {
-        SCOPED_TRACE(expected.title);
-        EXPECT_EQ(shown.title, expected.title);
-        EXPECT_EQ(shown.icon, expected.icon);
-    }
-    EXPECT_EQ((PowerReading{PowerChannel::gpu, 3.0}).id(), "gpu");
 }
 
 }  // namespace

@@ -343,138 +343,58 @@ TEST_F(StatusBarControllerTest, RefreshRedrawsOnlyMetersWhoseSignatureChanged) {
 TEST_F(StatusBarControllerTest, ClicksOpenCloseAndSwitchPanels) {
     struct Row {
         const char* name;
-        std::function<void()> steps;
-        std::optional<MonitorSection> shown;
-        std::optional<MonitorSection> withContent;
-        std::set<MonitorSection> open;
+        std::optional<MonitorSection> clickedFirst;  // clicked, and the main queue drained
+        std::function<void()> then;
+        std::optional<MonitorSection> panel;  // open, with content, and shown unless...
+        bool stillOpening = false;            // ...its opening is still in progress
     };
-    const auto drain = [this] { scheduler.drainMainQueue(); };
-    const auto press = [this](ScreenPoint point, bool onItem) {
-        host.presses.notify(point, onItem);
+    const auto press = [this](double x, double y, bool onItem) {
+        host.presses.notify(ScreenPoint{x, y}, onItem);
     };
     // The storage panel waits for a storage read, so its opening stays in progress until the
     // background task has run.
     const std::vector<Row> rows = {
-        {"one click",
-         [&] {
-             click(cpu);
-             drain();
-         },
-         cpu,
-         cpu,
-         {cpu}},
-        {"opening in progress",
-         [&] {
-             click(storage);
-             drain();
-         },
-         {},
-         storage,
-         {storage}},
-        {"second click",
-         [&] {
-             click(cpu);
-             drain();
-             click(cpu);
-         },
-         {},
-         {},
-         {}},
+        {"one click", cpu, [] {}, cpu},
+        {"opening in progress", storage, [] {}, storage, true},
+        {"second click", cpu, [&] { click(cpu); }, {}},
         {"second click before the opening began",
-         [&] {
-             click(storage);
-             click(storage);
-             scheduler.settle();
-         },
          {},
-         {},
+         [&] { click(storage), click(storage), scheduler.settle(); },
          {}},
         {"second click during the opening",
-         [&] {
-             click(storage);
-             drain();
-             click(storage);
-             scheduler.settle();
-         },
-         {},
-         {},
+         storage,
+         [&] { click(storage), scheduler.settle(); },
          {}},
-        {"another item",
-         [&] {
-             click(cpu);
-             drain();
-             click(memory);
-             drain();
-         },
-         memory,
-         memory,
-         {memory}},
+        {"another item", cpu, [&] { click(memory), scheduler.drainMainQueue(); }, memory},
         {"button gone before the opening ends",
-         [&] {
-             click(storage);
-             drain();
-             host.item(storage).button = false, scheduler.settle();
-         },
-         {},
-         {},
+         storage,
+         [&] { host.item(storage).button = false, scheduler.settle(); },
          {}},
-        {"the panel's own close",
-         [&] {
-             click(cpu);
-             drain();
-             popover(cpu).closeAction();
-         },
-         {},
-         {},
-         {}},
-        {"press inside the panel",
-         [&] {
-             click(cpu);
-             drain();
-             press({popover(cpu).anchor->x + 5, 100}, false);
-         },
-         cpu,
-         cpu,
-         {cpu}},
-        {"press on the desktop",
-         [&] {
-             click(cpu);
-             drain();
-             press({10, 900}, false);
-         },
-         {},
-         {},
-         {}},
-        {"press on an item's button",
-         [&] {
-             click(cpu);
-             drain();
-             press({host.item(sensors).frame->x + 1, 5}, false);
-         },
-         cpu,
-         cpu,
-         {cpu}},
-        {"press reported on an item",
-         [&] {
-             click(cpu), drain(), press({10, 900}, true);
-         },
-         cpu,
-         cpu,
-         {cpu}},
+        {"the panel's own close", cpu, [&] { popover(cpu).closeAction(); }, {}},
+        {"press inside the panel", cpu, [&] { press(popover(cpu).anchor->x + 5, 100, false); },
+         cpu},
+        {"press on the desktop", cpu, [&] { press(10, 900, false); }, {}},
+        {"press on an item's button", cpu,
+         [&] { press(host.item(sensors).frame->x + 1, 5, false); }, cpu},
+        {"press reported on an item", cpu, [&] { press(10, 900, true); }, cpu},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         auto controller = makeController();
-        row.steps();
+        if (row.clickedFirst) {
+            click(*row.clickedFirst);
+            scheduler.drainMainQueue();
+        }
+        row.then();
         for (MonitorSection section : allMonitorSections) {
-            EXPECT_EQ(popover(section).isShown(), row.shown == section) << sectionKey(section);
-            EXPECT_EQ(popover(section).hasContent(), row.withContent == section)
-                << sectionKey(section);
+            const bool shown = row.panel == section && !row.stillOpening;
+            EXPECT_EQ(popover(section).isShown(), shown) << sectionKey(section);
+            EXPECT_EQ(popover(section).hasContent(), row.panel == section) << sectionKey(section);
+            if (shown) {
+                EXPECT_EQ(popover(section).anchor, host.item(section).frame);
+            }
         }
-        if (row.shown) {
-            EXPECT_EQ(popover(*row.shown).anchor, host.item(*row.shown).frame);
-        }
-        EXPECT_EQ(open(), row.open);
+        EXPECT_EQ(open(), row.panel ? std::set{*row.panel} : std::set<MonitorSection>{});
     }
 }
 

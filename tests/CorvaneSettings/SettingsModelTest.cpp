@@ -63,39 +63,16 @@ TEST(SettingsModel, OrderEditingKeepsHiddenSectionsInTheirSlots) {
         std::optional<std::string> written;
     };
     using enum MonitorSection;
+    const char* plain = "cpu,memory,storage,sensors";
+    const char* shuffled = "storage,sensors,memory,cpu";
     const std::vector<Row> rows = {
-        {"hidden storage stays third",
-         "cpu,memory,storage,sensors",
-         {storage},
-         sensors,
-         0,
-         "sensors,cpu,storage,memory"},
-        {"all shown: plain move",
-         "storage,sensors,memory,cpu",
-         {},
-         cpu,
-         0,
-         "cpu,storage,sensors,memory"},
-        {"a hidden first slot stays first",
-         "storage,sensors,memory,cpu",
-         {storage},
-         cpu,
-         0,
-         "storage,cpu,sensors,memory"},
-        {"garbled order is repaired",
-         "memory,memory,cpu",
-         {},
-         storage,
-         0,
-         "storage,memory,cpu,sensors"},
-        {"hidden meter is not dragged",
-         "cpu,memory,storage,sensors",
-         {storage},
-         storage,
-         0,
-         std::nullopt},
-        {"past the end", "cpu,memory,storage,sensors", {}, cpu, 4, std::nullopt},
-        {"to its own place", "cpu,memory,storage,sensors", {}, memory, 1, std::nullopt},
+        {"hidden storage stays third", plain, {storage}, sensors, 0, "sensors,cpu,storage,memory"},
+        {"all shown: plain move", shuffled, {}, cpu, 0, "cpu,storage,sensors,memory"},
+        {"hidden first stays first", shuffled, {storage}, cpu, 0, "storage,cpu,sensors,memory"},
+        {"garbled, repaired", "memory,memory,cpu", {}, storage, 0, "storage,memory,cpu,sensors"},
+        {"hidden meter is not dragged", plain, {storage}, storage, 0, std::nullopt},
+        {"past the end", plain, {}, cpu, 4, std::nullopt},
+        {"to its own place", plain, {}, memory, 1, std::nullopt},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

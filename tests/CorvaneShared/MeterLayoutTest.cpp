@@ -24,84 +24,54 @@ public:
                                                {"sensor", {14, 14}}};
 };
 
-struct WidthRow {
-    const char* name;
-    SettingValue settings;
-    MonitorSection section;
-    int cores;
-    double width;
-};
-
 TEST(MeterLayout, ItemWidthsFollowTheSettings) {
+    struct Row {
+        const char* name;
+        MonitorSection section;
+        int cores;
+        double width;
+        const char* settings;  // JSON
+    };
     // Bars for 8 cores: 7 gaps + 8 × 4.9 + 4 = 50.2. Symbols: L = 14 or 16, G = 5;
     // letters: L = 6, G = 3.
-    const WidthRow rows[] = {
-        {"cpu, nothing stored: bars and a temperature column",
-         {},
-         cpu,
-         8,
-         50.2 + 15 + 5 + (27 + 5) + 1},
-        {"cpu with letters", {{"meterLabelStyle", "letters"}}, cpu, 8, 50.2 + 7 + 3 + (27 + 3) + 1},
-        {"cpu usage on one core", {{"cpuReadout", "usage"}}, cpu, 1, 8.9 + 15 + 5 + 38 + 1},
-        {"no cores count as one", {{"cpuReadout", "power"}}, cpu, 0, 8.9 + 15 + 5 + 38 + 1},
-        {"256 cores", {{"cpuReadout", "off"}}, cpu, 256, 255 + 4.9 * 256 + 4 + 15 + 5 + 1},
-        {"wave without readout",
-         {{"meterStyle", "wave"}, {"cpuReadout", "off"}},
-         cpu,
-         8,
-         46 + 15 + 5 + 1},
-        {"compact with power",
-         {{"meterStyle", "compact"}, {"cpuReadout", "power"}},
-         cpu,
-         8,
-         46 + 15 + 5 + 38 + 1},
-        {"an unknown style draws bars",
-         {{"meterStyle", "sparkline"}},
-         cpu,
-         2,
-         1 + 9.8 + 4 + 15 + 5 + 32 + 1},
-        {"an unknown readout is not set", {{"cpuReadout", "Usage"}}, cpu, 1, 8.9 + 15 + 5 + 32 + 1},
-        {"memory swap", {{"memoryReadout", "swap"}}, memory, 8, 30.4 + 30 + 5 + 1},
-        {"memory pressure", {{"memoryReadout", "pressure"}}, memory, 8, 30.4 + 33 + 5 + 1},
-        {"memory not set, legacy percent on: as wide as usage",
-         {{"showMemoryPercent", true}},
-         memory,
-         8,
-         30.4 + 33 + 5 + 1},
-        {"memory not set, legacy percent not a Boolean: bar only",
-         {{"showMemoryPercent", "yes"}},
-         memory,
-         8,
-         30.4 + 1},
-        {"memory off beats the legacy switch",
-         {{"memoryReadout", "off"}, {"showMemoryPercent", true}},
-         memory,
-         8,
-         30.4 + 1},
-        {"storage free with letters",
-         {{"storageReadout", "free"}, {"meterLabelStyle", "letters"}},
-         storage,
-         8,
-         18.4 + 30 + 3 + 1},
-        {"storage follows the memory legacy switch",
-         {{"showMemoryPercent", true}},
-         storage,
-         8,
-         30.4 + 33 + 5 + 1},
-        {"sensors, nothing stored: power", {}, sensors, 8, 15 + 33 + 5 + 1},
-        {"sensors fan", {{"sensorsReadout", "fan"}}, sensors, 8, 15 + 29 + 5 + 1},
-        {"sensors off", {{"sensorsReadout", "off"}}, sensors, 8, 15 + 1},
-        {"sensors letters keep the symbol",
-         {{"sensorsReadout", "hottest"}, {"meterLabelStyle", "letters"}},
-         sensors,
-         8,
-         7 + 3 + 14 + 27 + 3 + 1},
+    const Row rows[] = {
+        {"cpu, nothing stored: bars and a temperature column", cpu, 8, 50.2 + 15 + 5 + (27 + 5) + 1,
+         "{}"},
+        {"cpu with letters", cpu, 8, 50.2 + 7 + 3 + (27 + 3) + 1,
+         R"({"meterLabelStyle": "letters"})"},
+        {"cpu usage on one core", cpu, 1, 8.9 + 15 + 5 + 38 + 1, R"({"cpuReadout": "usage"})"},
+        {"no cores count as one", cpu, 0, 8.9 + 15 + 5 + 38 + 1, R"({"cpuReadout": "power"})"},
+        {"256 cores", cpu, 256, 255 + 4.9 * 256 + 4 + 15 + 5 + 1, R"({"cpuReadout": "off"})"},
+        {"wave without readout", cpu, 8, 46 + 15 + 5 + 1,
+         R"({"meterStyle": "wave", "cpuReadout": "off"})"},
+        {"compact with power", cpu, 8, 46 + 15 + 5 + 38 + 1,
+         R"({"meterStyle": "compact", "cpuReadout": "power"})"},
+        {"an unknown style draws bars", cpu, 2, 1 + 9.8 + 4 + 15 + 5 + 32 + 1,
+         R"({"meterStyle": "sparkline"})"},
+        {"an unknown readout is not set", cpu, 1, 8.9 + 15 + 5 + 32 + 1,
+         R"({"cpuReadout": "Usage"})"},
+        {"memory swap", memory, 8, 30.4 + 30 + 5 + 1, R"({"memoryReadout": "swap"})"},
+        {"memory pressure", memory, 8, 30.4 + 33 + 5 + 1, R"({"memoryReadout": "pressure"})"},
+        {"memory not set, legacy percent on: as wide as usage", memory, 8, 30.4 + 33 + 5 + 1,
+         R"({"showMemoryPercent": true})"},
+        {"memory not set, legacy percent not a Boolean: bar only", memory, 8, 30.4 + 1,
+         R"({"showMemoryPercent": "yes"})"},
+        {"memory off beats the legacy switch", memory, 8, 30.4 + 1,
+         R"({"memoryReadout": "off", "showMemoryPercent": true})"},
+        {"storage free with letters", storage, 8, 18.4 + 30 + 3 + 1,
+         R"({"storageReadout": "free", "meterLabelStyle": "letters"})"},
+        {"storage follows the memory legacy switch", storage, 8, 30.4 + 33 + 5 + 1,
+         R"({"showMemoryPercent": true})"},
+        {"sensors, nothing stored: power", sensors, 8, 15 + 33 + 5 + 1, "{}"},
+        {"sensors fan", sensors, 8, 15 + 29 + 5 + 1, R"({"sensorsReadout": "fan"})"},
+        {"sensors off", sensors, 8, 15 + 1, R"({"sensorsReadout": "off"})"},
+        {"sensors letters keep the symbol", sensors, 8, 7 + 3 + 14 + 27 + 3 + 1,
+         R"({"sensorsReadout": "hottest", "meterLabelStyle": "letters"})"},
     };
     FakeSymbols symbols;
-    for (const WidthRow& row : rows) {
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        InMemorySettingsStore settings(row.settings.is_null() ? SettingValue::object()
-                                                              : row.settings);
+        InMemorySettingsStore settings(SettingValue::parse(row.settings));
         const MeterLayoutSources sources{settings, symbols, [&] { return row.cores; }};
         const MeterColumns parts = MeterLayout::columns(sources, row.section);
         EXPECT_NEAR(MeterLayout::itemWidth(sources, row.section), row.width, 1e-9);

@@ -33,31 +33,25 @@ TEST(MeterSettings, OrderKeepsFirstNamedSectionsThenFillsInDefaultOrder) {
 TEST(MeterSettings, SetMenuBarOrderKeepsHiddenSectionsInTheirSlots) {
     struct Row {
         const char* name;
-        SettingValue stored;
         Sections visible;
         const char* expected;
+        const char* stored;  // JSON
     };
+    // A hidden section keeping its slot is also checked through SettingsModel's order editing.
     const std::vector<Row> rows = {
-        {"hidden storage stays third",
-         {{"menuBarOrder", "cpu,memory,storage,sensors"}, {"showStorageItem", false}},
-         {sensors, cpu, memory},
-         "sensors,cpu,storage,memory"},
         {"no visibility keys: visible order, then missing in declaration order",
-         {{"menuBarOrder", "cpu,memory,storage,sensors"}},
          {sensors, memory},
-         "sensors,memory,cpu,storage"},
+         "sensors,memory,cpu,storage",
+         R"({"menuBarOrder": "cpu,memory,storage,sensors"})"},
         {"non-Boolean visibility counts as shown",
-         {{"menuBarOrder", "cpu,memory"}, {"showCPUItem", "no"}, {"showMemoryItem", false}},
          {storage, sensors, cpu},
-         "storage,memory,sensors,cpu"},
-        {"no stored order uses the default order",
-         SettingValue::object(),
-         {cpu},
-         "cpu,memory,storage,sensors"},
+         "storage,memory,sensors,cpu",
+         R"({"menuBarOrder": "cpu,memory", "showCPUItem": "no", "showMemoryItem": false})"},
+        {"no stored order uses the default order", {cpu}, "cpu,memory,storage,sensors", "{}"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        InMemorySettingsStore settings(row.stored);
+        InMemorySettingsStore settings(SettingValue::parse(row.stored));
         MeterSettings::setMenuBarOrder(settings, row.visible);
         EXPECT_EQ(settings.string("menuBarOrder"), row.expected);
     }
@@ -66,49 +60,31 @@ TEST(MeterSettings, SetMenuBarOrderKeepsHiddenSectionsInTheirSlots) {
 TEST(MeterSettings, UnknownOrMistypedValuesFallBack) {
     struct Row {
         const char* name;
-        SettingValue stored;
         MeterStyle style;
         MeterShape shape;
         MeterLabelStyle labelStyle;
         MemoryReadout memory;
         StorageReadout storage;
+        const char* stored;  // JSON
     };
     using enum MeterStyle;
+    using enum MeterShape;
+    using enum MeterLabelStyle;
     const std::vector<Row> rows = {
-        {"nothing stored", SettingValue::object(), bars, MeterShape::pill, MeterLabelStyle::icons,
-         MemoryReadout::off, StorageReadout::off},
-        {"known values",
-         {{"meterStyle", "wave"},
-          {"meterShape", "square"},
-          {"meterLabelStyle", "letters"},
-          {"memoryReadout", "swap"},
-          {"storageReadout", "free"}},
-         wave,
-         MeterShape::square,
-         MeterLabelStyle::letters,
-         MemoryReadout::swap,
-         StorageReadout::free},
-        {"wrong case and type",
-         {{"meterStyle", "Wave"},
-          {"meterShape", 1},
-          {"meterLabelStyle", true},
-          {"showMemoryPercent", "true"}},
-         bars,
-         MeterShape::pill,
-         MeterLabelStyle::icons,
-         MemoryReadout::off,
-         StorageReadout::off},
-        {"legacy percent switch governs both unset readouts",
-         {{"showMemoryPercent", true}, {"memoryReadout", "pressure"}, {"storageReadout", "Free"}},
-         bars,
-         MeterShape::pill,
-         MeterLabelStyle::icons,
-         MemoryReadout::pressure,
-         StorageReadout::usage},
+        {"nothing stored", bars, pill, icons, MemoryReadout::off, StorageReadout::off, "{}"},
+        {"known values", wave, square, letters, MemoryReadout::swap, StorageReadout::free,
+         R"({"meterStyle": "wave", "meterShape": "square", "meterLabelStyle": "letters",
+             "memoryReadout": "swap", "storageReadout": "free"})"},
+        {"wrong case and type", bars, pill, icons, MemoryReadout::off, StorageReadout::off,
+         R"({"meterStyle": "Wave", "meterShape": 1, "meterLabelStyle": true,
+             "showMemoryPercent": "true"})"},
+        {"legacy percent switch governs both unset readouts", bars, pill, icons,
+         MemoryReadout::pressure, StorageReadout::usage,
+         R"({"showMemoryPercent": true, "memoryReadout": "pressure", "storageReadout": "Free"})"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        InMemorySettingsStore settings(row.stored);
+        InMemorySettingsStore settings(SettingValue::parse(row.stored));
         EXPECT_EQ(MeterSettings::style(settings), row.style);
         EXPECT_EQ(MeterSettings::shape(settings), row.shape);
         EXPECT_EQ(MeterSettings::labelStyle(settings, cpu), row.labelStyle);
@@ -120,24 +96,24 @@ TEST(MeterSettings, UnknownOrMistypedValuesFallBack) {
 TEST(MeterSettings, MigrationCopiesLegacyAccentsOnlyIntoEmptySlots) {
     struct Row {
         const char* name;
-        SettingValue stored;
         std::vector<std::string> expected;  // cpu, cpuFastCore, memory, storage
+        const char* stored;                 // JSON
     };
     const std::vector<Row> rows = {
         {"one legacy accent, memory already chosen",
-         {{"accentChoice", "amber"}, {"memoryAccent", "teal"}},
-         {"amber", "amber", "teal", "amber"}},
-        {"nothing stored", SettingValue::object(), {"signal", "signal", "signal", "signal"}},
+         {"amber", "amber", "teal", "amber"},
+         R"({"accentChoice": "amber", "memoryAccent": "teal"})"},
+        {"nothing stored", {"signal", "signal", "signal", "signal"}, "{}"},
         {"unparsable choice, own fast-core accent",
-         {{"accentChoice", "chartreuse"}, {"performanceCoreAccent", "custom:srgb:1,0.5,0"}},
-         {"signal", "custom:srgb:1.0000,0.5000,0.0000", "signal", "signal"}},
+         {"signal", "custom:srgb:1.0000,0.5000,0.0000", "signal", "signal"},
+         R"({"accentChoice": "chartreuse", "performanceCoreAccent": "custom:srgb:1,0.5,0"})"},
         {"any stored object counts as chosen",
-         {{"accentChoice", "pine"}, {"cpuAccent", 7}, {"storageAccent", "bogus"}},
-         {"7", "pine", "pine", "bogus"}},
+         {"7", "pine", "pine", "bogus"},
+         R"({"accentChoice": "pine", "cpuAccent": 7, "storageAccent": "bogus"})"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        InMemorySettingsStore settings(row.stored);
+        InMemorySettingsStore settings(SettingValue::parse(row.stored));
         MeterSettings::migrateAccents(settings);
         settings.set("accentChoice", "blue");
         MeterSettings::migrateAccents(settings);

@@ -84,25 +84,5 @@ TEST(SettingsChanges, TellsOnlyWhenTheStoredContentChanged) {
     }
 }
 
-TEST(SettingsChanges, EveryObserverIsToldOnceUntilItsSubscriptionEnds) {
-    InMemorySettingsStore store;
-    SettingsChanges changes(store);
-    int first = 0;
-    int second = 0;
-    const Subscription keep = changes.observe([&] { ++first; });
-    Subscription drop = changes.observe([&] { ++second; });
-
-    store.set("interval", 2);
-    changes.check();
-    EXPECT_EQ(first, 1);
-    EXPECT_EQ(second, 1);
-
-    drop = Subscription();
-    store.set("interval", 3);
-    changes.check();
-    EXPECT_EQ(first, 2);
-    EXPECT_EQ(second, 1);
-}
-
 }  // namespace
 }  // namespace corvane

@@ -56,41 +56,36 @@ TEST(Units, FormatsInTheDisplayLocale) {
     struct Row {
         const char* name;
         std::string language;
-        Environment environment;
+        const char* variable;  // the one locale variable set, to `value`
+        const char* value;
         const char* unitChoice;
         Expected expected;
     };
     const Expected usEnglish = {"126°", "126.3", "°F", "2,500", "%@ RPM"};
     const Expected german = {"52°", "52,4", "°C", "2.500", "U/min: %@"};
+    const Expected celsiusInEnglish = {"52°", "52.4", "°C", "2,500", "%@ RPM"};
+    const Expected fahrenheitGermanMarks = {"126°", "126,3", "°F", "2.500", "%@ RPM"};
     const std::vector<Row> rows = {
-        {"en-US", "en", {{"LANG", "en_US.UTF-8"}}, "system", usEnglish},
-        {"de-DE", "de", {{"LANG", "de_DE.UTF-8"}}, "system", german},
-        {"ja-JP, whose template lost its placeholder",
-         "ja",
-         {{"LANG", "ja_JP.UTF-8"}},
-         "system",
-         {"52°", "52.4", "°C", "2,500", "%@ RPM"}},
-        {"English wording, German marks",
-         "en",
-         {{"LANG", "de_DE.UTF-8"}},
-         "fahrenheit",
-         {"126°", "126,3", "°F", "2.500", "%@ RPM"}},
+        {"en-US", "en", "LANG", "en_US.UTF-8", "system", usEnglish},
+        {"de-DE", "de", "LANG", "de_DE.UTF-8", "system", german},
+        {"ja-JP, whose template lost its placeholder", "ja", "LANG", "ja_JP.UTF-8", "system",
+         celsiusInEnglish},
+        {"English wording, German marks", "en", "LANG", "de_DE.UTF-8", "fahrenheit",
+         fahrenheitGermanMarks},
         {"unknown choice follows the locale",
          "de",
-         {{"LC_MEASUREMENT", "en_US"}},
+         "LC_MEASUREMENT",
+         "en_US",
          "kelvin",
          {"126°", "126,3", "°F", "2.500", "U/min: %@"}},
-        {"chosen Celsius in the US",
-         "en",
-         {{"LANG", "en_US"}},
-         "celsius",
-         {"52°", "52.4", "°C", "2,500", "%@ RPM"}},
+        {"chosen Celsius in the US", "en", "LANG", "en_US", "celsius", celsiusInEnglish},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         UnitsFixture fixture{
-            InMemorySettingsStore(SettingValue{{"temperatureUnit", row.unitChoice}}), row.language,
-            row.environment};
+            InMemorySettingsStore(SettingValue{{"temperatureUnit", row.unitChoice}}),
+            row.language,
+            {{row.variable, row.value}}};
         const UnitSources sources = fixture.sources();
         const Expected& expected = row.expected;
         EXPECT_EQ(Units::degrees(52.4, sources), expected.degrees);

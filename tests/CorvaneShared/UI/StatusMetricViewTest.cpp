@@ -180,28 +180,15 @@ TEST(StatusMetricView, ForegroundFollowsThePalette) {
 }
 
 TEST(SvgSymbols, EveryNamedSymbolIsThereAndTinted) {
-    const char* names[] = {
-        "cpu",
-        "memorychip",
-        "internaldrive",
-        "sensor",
-        "gearshape",
-        "terminal",
-        "fan",
-        "bolt",
-        "bolt.horizontal",
-        "battery.100",
-        "heart",
-        "arrow.triangle.2.circlepath",
-        "powerplug",
-        "clock",
-        "cube.transparent",
-        "thermometer",
-        "thermometer.medium",
-        "wind",
-    };
+    const QStringList names = QStringLiteral(
+                                  "cpu memorychip internaldrive sensor gearshape terminal fan bolt "
+                                  "bolt.horizontal battery.100 heart arrow.triangle.2.circlepath "
+                                  "powerplug clock cube.transparent thermometer "
+                                  "thermometer.medium wind")
+                                  .split(' ');
     const QColor tint(20, 200, 120);
-    for (const char* name : names) {
+    for (const QString& each : names) {
+        const std::string name = each.toStdString();
         SCOPED_TRACE(name);
         const auto size = SvgSymbols::shared().imageSize(name);
         ASSERT_TRUE(size);

@@ -238,8 +238,27 @@ TEST(LinuxProcessSource, SkipsProcessesThatCannotBeRead) {
     }
 }
 
-// Waits until a child started with the pipe `ready` has its name; passes `child` through.
-pid_t awaitNamed(pid_t child, const int (&ready)[2]) {
+// A child that names itself and waits to be killed; returned once it has its name. With `pid`,
+// under that pid, or -1 when the kernel does not let this process choose pids (that takes
+// CAP_SYS_ADMIN).
+pid_t startChild(const char* name, std::optional<pid_t> pid = std::nullopt) {
+    int ready[2];
+    if (::pipe(ready) != 0) {
+        return -1;
+    }
+    pid_t child = -1;
+    if (pid) {
+        clone_args arguments{};
+        arguments.exit_signal = SIGCHLD;
+        arguments.set_tid = reinterpret_cast<std::uintptr_t>(&*pid);
+        arguments.set_tid_size = 1;
+        child = static_cast<pid_t>(::syscall(SYS_clone3, &arguments, sizeof arguments));
+    } else {
+        child = ::fork();
+    }
+    if (child == 0) {
+        runNamedChild(name, ready[1]);
+    }
     ::close(ready[1]);
     char done = 0;
     if (child > 0) {
@@ -249,40 +268,9 @@ pid_t awaitNamed(pid_t child, const int (&ready)[2]) {
     return child;
 }
 
-// A child that names itself and waits to be killed; returned once it has its name.
-pid_t startChild(const char* name) {
-    int ready[2];
-    if (::pipe(ready) != 0) {
-        return -1;
-    }
-    const pid_t child = ::fork();
-    if (child == 0) {
-        runNamedChild(name, ready[1]);
-    }
-    return awaitNamed(child, ready);
-}
-
 void endChild(pid_t child) {
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-}
-
-// The same child under the pid `pid`, or -1 when the kernel does not let this process choose
-// pids (that takes CAP_SYS_ADMIN).
-pid_t startChildWithPid(const char* name, pid_t pid) {
-    int ready[2];
-    if (::pipe(ready) != 0) {
-        return -1;
-    }
-    clone_args arguments{};
-    arguments.exit_signal = SIGCHLD;
-    arguments.set_tid = reinterpret_cast<std::uintptr_t>(&pid);
-    arguments.set_tid_size = 1;
-    const long child = ::syscall(SYS_clone3, &arguments, sizeof arguments);
-    if (child == 0) {
-        runNamedChild(name, ready[1]);
-    }
-    return awaitNamed(static_cast<pid_t>(child), ready);
 }
 
 // Kept descriptors give what open/read/close gives: every field of processes that hold still
@@ -334,7 +322,7 @@ TEST(LinuxProcessSource, LiveReusedPidGivesTheNewProcess) {
     endChild(child);
     // The start time is in clock ticks: the successor must start in a later one.
     ::usleep(20000);
-    const pid_t successor = startChildWithPid("corvane-after", child);
+    const pid_t successor = startChild("corvane-after", child);
     if (successor < 0) {
         GTEST_SKIP() << "this process cannot choose a child's pid: " << std::strerror(errno);
     }

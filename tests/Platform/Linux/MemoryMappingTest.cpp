@@ -48,42 +48,29 @@ struct MappingRow {
     std::optional<VMStatistics> expected;
 };
 
+// The split of the ordinary machine's 600 KiB in use, with its page counters.
+VMStatistics split(std::uint64_t wired, std::uint64_t compressed, std::uint64_t active,
+                   std::uint64_t inactive = 240) {
+    return {.wiredBytes = wired * KiB,
+            .compressedBytes = compressed * KiB,
+            .activeBytes = active * KiB,
+            .inactiveBytes = inactive * KiB,
+            .pageInBytes = 123 * KiB,
+            .pageOutBytes = 45 * KiB};
+}
+
 TEST(MemoryMapping, SplitsFreeUsedIntoWiredCompressedAndActive) {
+    // Wired: 40 + 5 + 15 + 1 + 2 + 7; active: 600 - wired - compressed.
     const MappingRow rows[] = {
-        {"ordinary machine", ordinaryMeminfo(), ordinaryVmstat, 0,
-         VMStatistics{.wiredBytes = 70 * KiB,  // 40 + 5 + 15 + 1 + 2 + 7
-                      .compressedBytes = 50 * KiB,
-                      .activeBytes = 480 * KiB,  // 600 - 70 - 50
-                      .inactiveBytes = 240 * KiB,
-                      .pageInBytes = 123 * KiB,
-                      .pageOutBytes = 45 * KiB}},
-        {"zram adds to zswap", ordinaryMeminfo(), ordinaryVmstat, 100 * KiB,
-         VMStatistics{.wiredBytes = 70 * KiB,
-                      .compressedBytes = 150 * KiB,
-                      .activeBytes = 380 * KiB,
-                      .inactiveBytes = 240 * KiB,
-                      .pageInBytes = 123 * KiB,
-                      .pageOutBytes = 45 * KiB}},
+        {"ordinary machine", ordinaryMeminfo(), ordinaryVmstat, 0, split(70, 50, 480)},
+        {"zram adds to zswap", ordinaryMeminfo(), ordinaryVmstat, 100 * KiB, split(70, 150, 380)},
         {"kernel before 5.19 has no Zswap line", ordinaryMeminfoWith(&Meminfo::zswap, std::nullopt),
-         ordinaryVmstat, 20 * KiB,
-         VMStatistics{.wiredBytes = 70 * KiB,
-                      .compressedBytes = 20 * KiB,
-                      .activeBytes = 510 * KiB,
-                      .inactiveBytes = 240 * KiB,
-                      .pageInBytes = 123 * KiB,
-                      .pageOutBytes = 45 * KiB}},
+         ordinaryVmstat, 20 * KiB, split(70, 20, 510)},
         {"optional fields missing count as zero",
          Meminfo{.memTotal = 1000 * KiB, .memAvailable = 400 * KiB}, ordinaryVmstat, 0,
-         VMStatistics{
-             .activeBytes = 600 * KiB, .pageInBytes = 123 * KiB, .pageOutBytes = 45 * KiB}},
+         split(0, 0, 600, 0)},
         {"active clamped at zero", ordinaryMeminfoWith(&Meminfo::memAvailable, 950 * KiB),
-         ordinaryVmstat, 0,
-         VMStatistics{.wiredBytes = 70 * KiB,
-                      .compressedBytes = 50 * KiB,
-                      .activeBytes = 0,
-                      .inactiveBytes = 240 * KiB,
-                      .pageInBytes = 123 * KiB,
-                      .pageOutBytes = 45 * KiB}},
+         ordinaryVmstat, 0, split(70, 50, 0)},
         {"no MemTotal", ordinaryMeminfoWith(&Meminfo::memTotal, std::nullopt), ordinaryVmstat, 0,
          std::nullopt},
         {"no MemAvailable (before 3.14)", ordinaryMeminfoWith(&Meminfo::memAvailable, std::nullopt),

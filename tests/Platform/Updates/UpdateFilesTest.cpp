@@ -211,13 +211,6 @@ struct SwapFolders {
     fs::path replacement = folder / ".Corvane.app.update-x" / "Corvane.app";
 };
 
-TEST(BundleSwap, ExchangePutsTheNewBundleInAndTheOldWhereTheNewWas) {
-    const SwapFolders folders;
-    ASSERT_FALSE(BundleSwap::swap(folders.installed, folders.replacement));
-    EXPECT_EQ(SwapFolders::versionAt(folders.installed), "new");
-    EXPECT_EQ(SwapFolders::versionAt(folders.replacement), "old");
-}
-
 TEST(BundleSwap, EveryFailingStepLeavesTheInstalledBundleInPlace) {
     const BundleSwap::Renames real = BundleSwap::systemRenames();
     struct Row {

@@ -92,14 +92,12 @@ TEST(ReleaseTool, BadCommandLinesExplainThemselves) {
         int status;
         std::string error;
     };
+    // One place of each kind that is not a file: a FIFO and a folder fail the same check.
     const std::vector<Row> rows = {
         {{}, 2, "missing command"},
         {{"sign", archive, "--key", key, "--verbose"}, 2, "unknown option '--verbose'"},
         {{"sign", archive, "--key", fifo}, 2, "is not a file"},
-        {{"sign", archive, "--key", directory}, 2, "is not a file"},
-        {{"sign", fifo, "--key", key}, 2, "is not a file"},
         {{"sign", directory, "--key", key}, 2, "is not a file"},
-        {{"keys", directory}, 2, "is not a file"},
         {{"keys", fifo}, 2, "is not a file"},
         {{"sign",
           "a\xff"
@@ -123,15 +121,11 @@ TEST(ReleaseTool, BadCommandLinesExplainThemselves) {
         {{"keys"}, 2, "keys needs the file"},
         {{"sign", archive}, 2, "--key is needed"},
         {{"sign", archive, "--key"}, 2, "--key needs a value"},
-        {{"sign", archive, "--key", (folder / "not-a-key").string()},
-         1,
-         "does not hold a secret key"},
+        {{"sign", archive, "--key", key}, 1, "does not hold a secret key"},
         {{"feed-item", archive, "--key", "k", "--version", "2.1", "--url", "u"},
          2,
          "--build is needed"},
-        {{"sign", (folder / "missing").string(), "--key", (folder / "not-a-key").string()},
-         1,
-         "does not hold a secret key"},
+        {{"sign", (folder / "missing").string(), "--key", key}, 1, "does not hold a secret key"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.arguments.empty() ? "(nothing)" : row.arguments[0]);
