@@ -2,18 +2,20 @@
 #   Corvane.app/share/corvane/bundle.json          the main bundle's information
 #   Corvane.app/bin/corvanectl, Corvane.app/bin/corvane-settings (the main bundle's program)
 #   Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app/
-#       bin/corvane-agent, share/corvane/bundle.json, share/corvane/translations/*.qm
+#       bin/corvane-agent, share/corvane/bundle.json, share/corvane/translations/*.qm,
+#       <MODULE_DIR>/corvane-update-archive.so (the archive module the agent installs updates with)
 # and <OUTPUT_DIR>/Corvane-<VERSION>.tar.xz holding Corvane.app.
 #
-# cmake -D OUTPUT_DIR=… -D AGENT_PROGRAM=… -D CTL_PROGRAM=… -D TRANSLATIONS_DIR=…
-#       -D APP_ID=… -D AGENT_ID=… -D VERSION=… -D BUILD=… [-D FEED_URL=…] [-D PUBLIC_KEY=…]
+# cmake -D OUTPUT_DIR=… -D AGENT_PROGRAM=… -D ARCHIVE_MODULE=… -D MODULE_DIR=… -D CTL_PROGRAM=…
+#       -D TRANSLATIONS_DIR=… -D APP_ID=… -D AGENT_ID=… -D VERSION=… -D BUILD=…
+#       [-D FEED_URL=…] [-D PUBLIC_KEY=…]
 #       [-D SETTINGS_PROGRAM=…] [-D PACK=OFF] -P AssembleBundle.cmake
 # `make bundle` runs it with the build's values; the end-to-end update test runs it to make
 # the installed and the offered bundle.
 cmake_minimum_required(VERSION 3.25)
 
-foreach(_required IN ITEMS OUTPUT_DIR AGENT_PROGRAM CTL_PROGRAM TRANSLATIONS_DIR APP_ID AGENT_ID
-                           VERSION BUILD)
+foreach(_required IN ITEMS OUTPUT_DIR AGENT_PROGRAM ARCHIVE_MODULE MODULE_DIR CTL_PROGRAM
+                           TRANSLATIONS_DIR APP_ID AGENT_ID VERSION BUILD)
     if(NOT DEFINED ${_required} OR "${${_required}}" STREQUAL "")
         message(FATAL_ERROR "AssembleBundle: ${_required} is not set")
     endif()
@@ -43,6 +45,8 @@ if(DEFINED SETTINGS_PROGRAM AND NOT SETTINGS_PROGRAM STREQUAL "")
     set(_app_executable "\n    \"executable\": ${_settings_executable},")
 endif()
 file(COPY "${AGENT_PROGRAM}" DESTINATION "${_agent}/bin")
+# Where the agent looks for it: the same place relative to its bundle as in an installed prefix.
+file(COPY "${ARCHIVE_MODULE}" DESTINATION "${_agent}/${MODULE_DIR}")
 file(GLOB _translations "${TRANSLATIONS_DIR}/*.qm")
 file(COPY ${_translations} DESTINATION "${_agent}/share/corvane/translations")
 if(DEFINED _settings_program)

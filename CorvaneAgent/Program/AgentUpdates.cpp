@@ -12,6 +12,7 @@
 #include "Platform/Linux/JournalLog.h"
 #include "Platform/Qt/QtProcessLauncher.h"
 #include "Platform/Qt/Updates/FeedUpdater.h"
+#include "Platform/Updates/ArchiveModule.h"
 #include "Platform/Updates/BundleProcesses.h"
 
 namespace corvane {
@@ -74,6 +75,9 @@ AgentUpdates::AgentUpdates(Options options)
                 .driver = parts.options.driver,
                 .ownStore = SharedSettings::standardStore(),
                 .cacheDirectory = downloadFolder(),
+                .archiveModule = parts.options.agentBundle
+                                     ? ArchiveModule::pathIn(*parts.options.agentBundle)
+                                     : std::filesystem::path(),
                 .launch = launchDetached,
                 .relaunchArguments = parts.options.relaunchArguments,
                 .quit = parts.options.quit,

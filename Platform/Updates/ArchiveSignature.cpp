@@ -1,43 +1,18 @@
 #include "Platform/Updates/ArchiveSignature.h"
 
-#include <fcntl.h>
 #include <sodium.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-
-#include "Foundation/FileDescriptor.h"
 
 namespace corvane::ArchiveSignature {
 
 namespace {
 
-// Feeds and hand-edited bundle info carry line breaks and blanks inside long base64 texts.
+// Blanks and line breaks, which ArchiveChecks::decodeBase64 passes over too.
 constexpr const char* ignoredInBase64 = " \t\r\n";
-
-std::string describeSize(std::uint64_t bytes) {
-    return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
-}
 
 }  // namespace
 
 std::optional<std::string> decodeBase64(std::string_view text, std::size_t expectedBytes) {
-    if (sodium_init() < 0) {
-        return std::nullopt;
-    }
-    std::string decoded(expectedBytes + 1, '\0');
-    std::size_t length = 0;
-    const char* end = nullptr;
-    if (sodium_base642bin(reinterpret_cast<unsigned char*>(decoded.data()), decoded.size(),
-                          text.data(), text.size(), ignoredInBase64, &length, &end,
-                          sodium_base64_VARIANT_ORIGINAL) != 0 ||
-        end != text.data() + text.size() || length != expectedBytes) {
-        return std::nullopt;
-    }
-    decoded.resize(length);
-    return decoded;
+    return ArchiveChecks::decodeBase64(text, expectedBytes);
 }
 
 std::string encodeBase64(std::string_view bytes) {
@@ -56,41 +31,14 @@ std::optional<std::string> decodePublicKey(std::string_view base64) {
 
 std::variant<std::string, UpdateFailure> readExactly(const std::filesystem::path& path,
                                                      std::uint64_t expectedLength) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
-        return UpdateFailure{"the downloaded update cannot be read: " +
-                             std::string(std::strerror(errno))};
-    }
-    const auto actual = static_cast<std::uint64_t>(status.st_size);
-    if (actual != expectedLength) {
-        return UpdateFailure{"the downloaded update is " + describeSize(actual) +
-                             (actual < expectedLength ? " (truncated)" : " (too long)") +
-                             " where the feed states " + describeSize(expectedLength)};
-    }
-    std::string bytes(actual, '\0');
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count = ::read(file.get(), bytes.data() + done, bytes.size() - done);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            // The file shrank under us, or the disk failed: either way it is not what was sized.
-            return UpdateFailure{"the downloaded update changed while it was read"};
-        }
-        done += static_cast<std::size_t>(count);
-    }
-    // A file that grew after the size check would be longer than stated.
-    char extra = 0;
-    if (::read(file.get(), &extra, 1) != 0) {
-        return UpdateFailure{"the downloaded update changed while it was read"};
-    }
-    return bytes;
+    return ArchiveChecks::readExactly(path, expectedLength);
 }
 
 std::optional<UpdateFailure> verify(std::string_view archive, std::string_view signatureBase64,
                                     std::string_view publicKeyBase64) {
+    if (sodium_init() < 0) {
+        return UpdateFailure{"the signature library cannot start"};
+    }
     const std::optional<std::string> key = decodePublicKey(publicKeyBase64);
     if (!key) {
         return UpdateFailure{"the update key of the installed bundle is not an Ed25519 key"};

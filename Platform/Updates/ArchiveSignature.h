@@ -7,23 +7,22 @@
 #include <string_view>
 #include <variant>
 
+#include "Platform/Updates/ArchiveChecks.h"
+#include "Platform/Updates/UpdateFailure.h"
+
 namespace corvane {
 
-/// Why an update archive was refused, in one line for the log and the user.
-struct UpdateFailure {
-    std::string description;
-};
-
 /// Checks of a downloaded update archive before anything in it is unpacked. Ed25519 through
-/// libsodium; nothing throws; any thread.
+/// libsodium; nothing throws; any thread. The agent reaches verify() through the archive
+/// module (ArchiveModule), which keeps libsodium out of its start.
 namespace ArchiveSignature {
 
 /// The size of an Ed25519 public key and of a signature, in bytes.
-inline constexpr std::size_t publicKeyBytes = 32;
-inline constexpr std::size_t signatureBytes = 64;
+inline constexpr std::size_t publicKeyBytes = ArchiveChecks::publicKeyBytes;
+inline constexpr std::size_t signatureBytes = ArchiveChecks::signatureBytes;
 
 /// The bytes of `text`, standard base64 in which blanks and line breaks are ignored, when
-/// they are exactly `expectedBytes` long; absent otherwise.
+/// they are exactly `expectedBytes` long; absent otherwise (ArchiveChecks::decodeBase64).
 std::optional<std::string> decodeBase64(std::string_view text, std::size_t expectedBytes);
 /// `bytes` as standard base64, padded, on one line.
 std::string encodeBase64(std::string_view bytes);

@@ -5,7 +5,7 @@
 #include <optional>
 #include <variant>
 
-#include "Platform/Updates/ArchiveSignature.h"
+#include "Platform/Updates/UpdateFailure.h"
 
 namespace corvane {
 

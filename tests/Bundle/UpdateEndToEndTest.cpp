@@ -40,7 +40,8 @@ void assembleBundle(const fs::path& folder, const std::string& version, const st
                     const std::string& feedURL, const std::string& publicKey, bool pack) {
     std::string command =
         std::string(CORVANE_CMAKE) + " -D OUTPUT_DIR=" + quoted(folder) +
-        " -D AGENT_PROGRAM=" CORVANE_AGENT_PROGRAM " -D CTL_PROGRAM=" CORVANE_CTL_PROGRAM
+        " -D AGENT_PROGRAM=" CORVANE_AGENT_PROGRAM " -D ARCHIVE_MODULE=" CORVANE_ARCHIVE_MODULE
+        " -D MODULE_DIR=" CORVANE_MODULE_DIR " -D CTL_PROGRAM=" CORVANE_CTL_PROGRAM
         " -D TRANSLATIONS_DIR=" CORVANE_TRANSLATIONS
         " -D APP_ID=io.corvane.Corvane -D AGENT_ID=io.corvane.Corvane.Agent"
         " -D VERSION=" +
@@ -191,6 +192,26 @@ TEST_F(UpdateEndToEndTest, ForeignSignedArchiveLeavesTheBundleUntouched) {
     const std::vector<json> after = runInstalled("--update-check", 0);
     ASSERT_EQ(after.size(), 1u);
     EXPECT_EQ(after[0]["version"], "2.0 (50)");
+}
+
+// The agent starts and checks without its archive module, and refuses to install without it.
+TEST_F(UpdateEndToEndTest, BundleWithoutItsArchiveModuleRefusesTheInstall) {
+    const fs::path module = installedFolder / "Corvane.app" /
+                            agentInBundle.parent_path().parent_path() / CORVANE_MODULE_DIR /
+                            "corvane-update-archive.so";
+    ASSERT_TRUE(fs::exists(module));
+    fs::remove(module);
+    offer(shared->archive, "release.key");
+    const std::vector<json> checked = runInstalled("--update-check", 0);
+    ASSERT_EQ(checked.size(), 1u);
+    EXPECT_EQ(checked[0]["offer"], "2.1 (57)");
+    const std::vector<json> lines = runInstalled("--update-install", 1);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0]["installed"], false);
+    EXPECT_EQ(lines[0]["error"], "the update cannot be installed: its archive module " +
+                                     module.string() + " is missing (reinstall Corvane)");
+    EXPECT_EQ(readAll(installedFolder / "Corvane.app/share/corvane/bundle.json"), installedInfo);
+    EXPECT_EQ(besideInstalled(), std::vector<std::string>{"Corvane.app"});
 }
 
 TEST_F(UpdateEndToEndTest, AgentOutsideABundleSaysUpdatesAreOffAndWritesNothing) {

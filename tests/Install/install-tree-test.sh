@@ -2,10 +2,10 @@
 # Installs the build into a temporary DESTDIR and checks the tree: every file in its place,
 # valid desktop entries and AppStream metadata, readable man pages, and the installed programs
 # working from there (the agent finds its translations and bundle information beside it).
-# Usage: install-tree-test.sh BUILD_DIR PREFIX FIXTURE_ROOT WITH_SETTINGS APP_ID AGENT_ID
+# Usage: install-tree-test.sh BUILD_DIR PREFIX FIXTURE_ROOT WITH_SETTINGS APP_ID AGENT_ID MODULE_DIR
 set -euo pipefail
 
-build=$1 prefix=$2 fixture=$3 with_settings=$4 app_id=$5 agent_id=$6
+build=$1 prefix=$2 fixture=$3 with_settings=$4 app_id=$5 agent_id=$6 module_dir=$7
 stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
 failures=0
@@ -20,6 +20,7 @@ root="$stage$prefix"
 expected=(
     bin/corvane-agent
     bin/corvanectl
+    "$module_dir/corvane-update-archive.so"
     share/corvane/bundle.json
     share/corvane/translations/corvane_de.qm
     share/corvane/translations/corvane_es.qm

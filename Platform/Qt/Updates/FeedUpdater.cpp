@@ -18,8 +18,8 @@
 #include "CorvaneShared/UpdateOffer.h"
 #include "Foundation/ObserverList.h"
 #include "Platform/Qt/Updates/UpdateFeed.h"
-#include "Platform/Updates/ArchiveSignature.h"
-#include "Platform/Updates/ArchiveUnpacker.h"
+#include "Platform/Updates/ArchiveChecks.h"
+#include "Platform/Updates/ArchiveModule.h"
 #include "Platform/Updates/BundleSwap.h"
 #include "Platform/Updates/UpdateChoice.h"
 
@@ -96,6 +96,7 @@ private:
     void onDownloadData();
     void onDownloaded();
     void install(const std::string& archive);
+    std::optional<UpdateFailure> loadArchiveModule();
     std::optional<UpdateFailure> checkUnpacked(const fs::path& bundle) const;
     void relaunch();
     void fail(const std::string& description);
@@ -121,6 +122,8 @@ private:
     QByteArray feed;
     std::ofstream download;
     std::uint64_t received = 0;
+    // Loaded for the install only: libsodium and libarchive stay out of the running agent.
+    std::optional<ArchiveModule> archiveModule;
 
     QNetworkAccessManager network;
     QTimer scheduleTimer;
@@ -145,7 +148,7 @@ std::optional<std::string> FeedUpdater::Session::start() {
         return "SUFeedURL \"" + info->feedURL.value_or("") +
                "\" is not an https address (or http to this computer)";
     }
-    if (!ArchiveSignature::decodePublicKey(info->publicEDKey.value_or(""))) {
+    if (!ArchiveChecks::decodePublicKey(info->publicEDKey.value_or(""))) {
         return "SUPublicEDKey is not a base64 Ed25519 public key";
     }
     hostIdentifier = info->identifier;
@@ -347,19 +350,35 @@ void FeedUpdater::Session::onDownloaded() {
     reply = nullptr;
     done->deleteLater();
     download.close();
-    auto archive = ArchiveSignature::readExactly(downloadFile(), offered->archiveLength);
+    auto archive = ArchiveChecks::readExactly(downloadFile(), offered->archiveLength);
     std::error_code ignored;
     fs::remove(downloadFile(), ignored);
     if (const auto* failure = std::get_if<UpdateFailure>(&archive)) {
         fail(failure->description);
         return;
     }
+    if (auto missing = loadArchiveModule()) {
+        fail(missing->description);
+        return;
+    }
     const std::string& bytes = std::get<std::string>(archive);
-    if (auto refused = ArchiveSignature::verify(bytes, offered->edSignature, publicKey)) {
+    if (auto refused = archiveModule->verify(bytes, offered->edSignature, publicKey)) {
         fail(refused->description);
         return;
     }
     install(bytes);
+}
+
+std::optional<UpdateFailure> FeedUpdater::Session::loadArchiveModule() {
+    if (archiveModule) {
+        return std::nullopt;
+    }
+    auto loaded = ArchiveModule::load(services.archiveModule);
+    if (auto* failure = std::get_if<UpdateFailure>(&loaded)) {
+        return std::move(*failure);
+    }
+    archiveModule.emplace(std::move(std::get<ArchiveModule>(loaded)));
+    return std::nullopt;
 }
 
 std::optional<UpdateFailure> FeedUpdater::Session::checkUnpacked(const fs::path& bundle) const {
@@ -400,7 +419,7 @@ void FeedUpdater::Session::install(const std::string& archive) {
         ~RemoveStaging() { BundleSwap::removeFolder(folder); }
     } removeStaging{folder};
 
-    if (auto failure = ArchiveUnpacker::unpack(archive, folder)) {
+    if (auto failure = archiveModule->unpack(archive, folder)) {
         fail(failure->description);
         return;
     }
@@ -470,6 +489,7 @@ void FeedUpdater::Session::endCycle() {
     }
     inCycle = false;
     dropReply();
+    archiveModule.reset();
     delegate().didFinishUpdateCycle();
     driver().finish();
     setCanCheck(true);

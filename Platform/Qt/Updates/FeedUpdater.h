@@ -32,6 +32,10 @@ public:
         SettingsStore& ownStore;
         /// Where archives are downloaded to (created when missing).
         std::filesystem::path cacheDirectory;
+        /// The archive module (ArchiveModule::pathIn of the agent's bundle): loaded to verify
+        /// and unpack a downloaded update, unloaded when the cycle ends. When it is missing or
+        /// of another version the install is refused, before anything is unpacked.
+        std::filesystem::path archiveModule;
         ProcessLauncher launch;
         /// The agent's arguments after a relaunch.
         std::vector<std::string> relaunchArguments;

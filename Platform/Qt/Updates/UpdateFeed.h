@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Platform/Updater.h"
-#include "Platform/Updates/ArchiveSignature.h"
+#include "Platform/Updates/UpdateFailure.h"
 
 namespace corvane {
 

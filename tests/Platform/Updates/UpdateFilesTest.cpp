@@ -13,6 +13,9 @@
 #include <thread>
 #include <vector>
 
+#include <sodium.h>
+
+#include "Platform/Updates/ArchiveChecks.h"
 #include "Platform/Updates/ArchiveSignature.h"
 #include "Platform/Updates/ArchiveUnpacker.h"
 #include "Platform/Updates/BundleProcesses.h"
@@ -60,6 +63,66 @@ TEST(ArchiveSignature, OnlyTheUntouchedArchiveSignedByTheBundleKeyPasses) {
         SCOPED_TRACE(row.name);
         const auto failure = ArchiveSignature::verify(row.archive, row.signature, row.key);
         EXPECT_EQ(failure ? std::optional(failure->description) : std::nullopt, row.failure);
+    }
+}
+
+// The agent checks its key at start without libsodium; the module verifies with libsodium's
+// decoder. Each text is decoded by both: a key the start accepts must be one the verifier
+// accepts, and no text the verifier refuses may pass at start.
+TEST(ArchiveChecks, DecodesBase64AsStrictlyAsTheSignatureLibrary) {
+    const TestKeys keys;
+    const std::string key = keys.publicBase64();
+    const std::string signature = keys.sign("archive");
+    ASSERT_EQ(key.size(), 44u);
+    ASSERT_EQ(signature.size(), 88u);
+    auto withNul = [](std::string text, std::size_t at) { return text.insert(at, 1, '\0'); };
+    struct Row {
+        const char* name;
+        std::string text;
+        std::size_t bytes;
+        bool accepted;
+    };
+    const std::vector<Row> rows = {
+        {"key", key, 32, true},
+        {"signature", signature, 64, true},
+        {"blanks and line breaks anywhere",
+         " \t" + key.substr(0, 10) + "\r\n" + key.substr(10) + " \n", 32, true},
+        {"blank between padding characters", signature.substr(0, 87) + " =", 64, true},
+        {"NUL passed over like a blank", withNul(key, 5), 32, true},
+        {"padding missing", key.substr(0, 43), 32, false},
+        {"one padding character of two", signature.substr(0, 87), 64, false},
+        {"padding doubled", key + "=", 32, false},
+        {"text after the padding", key + "AAAA", 32, false},
+        {"padding inside", key.substr(0, 20) + "=" + key.substr(20), 32, false},
+        {"unused bits set", key.substr(0, 42) + "B=", 32, false},
+        {"url-safe alphabet", "-_" + key.substr(2), 32, false},
+        {"other blank (vertical tab)", key.substr(0, 4) + "\v" + key.substr(4), 32, false},
+        {"byte above ASCII", key.substr(0, 4) + "\xC3\xA9" + key.substr(4), 32, false},
+        {"one byte short", key, 33, false},
+        {"one byte long", key, 31, false},
+        {"key where a signature belongs", key, 64, false},
+        {"empty", "", 32, false},
+        {"only blanks", " \n ", 32, false},
+        {"single character", "A", 0, false},
+        {"empty for nothing", "", 0, true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::string sodiumBytes(row.bytes + 1, '\0');
+        std::size_t sodiumLength = 0;
+        const char* end = nullptr;
+        const bool sodiumAccepts =
+            sodium_base642bin(reinterpret_cast<unsigned char*>(sodiumBytes.data()),
+                              sodiumBytes.size(), row.text.data(), row.text.size(), " \t\r\n",
+                              &sodiumLength, &end, sodium_base64_VARIANT_ORIGINAL) == 0 &&
+            end == row.text.data() + row.text.size() && sodiumLength == row.bytes;
+        sodiumBytes.resize(sodiumLength);
+        const auto decoded = ArchiveChecks::decodeBase64(row.text, row.bytes);
+        EXPECT_EQ(decoded.has_value(), row.accepted);
+        EXPECT_EQ(sodiumAccepts, row.accepted);
+        if (decoded && sodiumAccepts) {
+            EXPECT_EQ(*decoded, sodiumBytes);
+        }
     }
 }
 

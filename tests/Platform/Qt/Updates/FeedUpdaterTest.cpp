@@ -7,7 +7,9 @@
 #include <QTimer>
 
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -64,6 +66,15 @@ std::string feedOf(const std::string& items) {
 <rss version="2.0" xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle">
 <channel><title>Corvane</title>)" +
            items + "</channel></rss>";
+}
+
+/// Whether the archive module is loaded into this process.
+bool archiveModuleLoaded() {
+    std::ifstream maps("/proc/self/maps");
+    std::stringstream text;
+    text << maps.rdbuf();
+    return text.str().find(fs::path(CORVANE_ARCHIVE_MODULE).filename().string()) !=
+           std::string::npos;
 }
 
 class RecordingDelegate final : public UpdaterDelegate {
@@ -169,6 +180,7 @@ protected:
             .driver = driver,
             .ownStore = ownStore,
             .cacheDirectory = folder / "cache",
+            .archiveModule = archiveModule,
             .launch =
                 [this](const DetachedLaunch& launch) {
                     launches.push_back(launch);
@@ -220,6 +232,7 @@ protected:
     RecordingDelegate delegate;
     ScriptedDriver driver;
     InMemorySettingsStore ownStore;
+    fs::path archiveModule = CORVANE_ARCHIVE_MODULE;
     std::vector<DetachedLaunch> launches;
     int quits = 0;
 };
@@ -229,7 +242,10 @@ TEST_F(FeedUpdaterTest, GoodUpdateReplacesTheBundleAndRelaunchesTheAgentFromIt) 
     offer(archive, keys.sign(archive));
     auto updater = makeUpdater();
     ASSERT_EQ(updater->startUpdater(), std::nullopt);
+    // The archive code is loaded for the install only.
+    EXPECT_FALSE(archiveModuleLoaded());
     checkNow(*updater);
+    EXPECT_FALSE(archiveModuleLoaded());
 
     EXPECT_EQ(delegate.events, (std::vector<std::string>{"found 2.1 (57)", "install", "download",
                                                          "will install", "finished"}));
@@ -310,6 +326,44 @@ TEST_F(FeedUpdaterTest, RefusedArchiveLeavesTheInstalledBundleUntouched) {
         ASSERT_FALSE(driver.shown.empty());
         EXPECT_EQ(driver.shown.back(), "error " + delegate.lastError);
         EXPECT_EQ(delegate.events.back(), "finished");
+        EXPECT_EQ(installedBuild(), "50");
+        EXPECT_EQ(besideHost(), (std::vector<std::string>{"Corvane.app", "cache"}));
+        EXPECT_TRUE(fs::is_empty(folder / "cache"));
+        EXPECT_TRUE(launches.empty());
+        EXPECT_EQ(quits, 0);
+        EXPECT_TRUE(updater->canCheckForUpdates());
+    }
+}
+
+TEST_F(FeedUpdaterTest, ArchiveModuleThatCannotBeLoadedRefusesTheInstall) {
+    const std::string good = buildArchive(productEntries("io.test.App", "2.1", "57"));
+    struct Row {
+        const char* name;
+        fs::path module;
+        std::string error;
+    };
+    const std::string prefix = "the update cannot be installed: its archive module ";
+    const std::vector<Row> rows = {
+        {"missing", folder / "lib/corvane-update-archive.so",
+         prefix + (folder / "lib/corvane-update-archive.so").string() + " is missing"},
+        {"of another version", CORVANE_FOREIGN_MODULE,
+         prefix + CORVANE_FOREIGN_MODULE + " is version "},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        delegate.events.clear();
+        driver.shown.clear();
+        archiveModule = row.module;
+        offer(good, keys.sign(good));
+        auto updater = makeUpdater();
+        // The key is checked at start without the module.
+        ASSERT_EQ(updater->startUpdater(), std::nullopt);
+        checkNow(*updater);
+        EXPECT_TRUE(delegate.lastError.starts_with(row.error)) << delegate.lastError;
+        EXPECT_EQ(driver.shown.back(), "error " + delegate.lastError);
+        EXPECT_EQ(delegate.events,
+                  (std::vector<std::string>{"found 2.1 (57)", "install", "download",
+                                            "abort: " + delegate.lastError, "finished"}));
         EXPECT_EQ(installedBuild(), "50");
         EXPECT_EQ(besideHost(), (std::vector<std::string>{"Corvane.app", "cache"}));
         EXPECT_TRUE(fs::is_empty(folder / "cache"));
