@@ -375,6 +375,7 @@ std::pair<int, int> pngSize(const fs::path& path) {
     return {bigEndian(16), bigEndian(20)};
 }
 
+// Through the front (CORVANE_AGENT_PROGRAM), which hands --render to the desktop program.
 TEST_F(AgentProgramTest, RenderDrawsEveryShownMeterAndItsLayout) {
     struct Row {
         const char* name;
