@@ -46,10 +46,11 @@ test-sanitize: setup
 	ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
 # The tests whose code runs on more than one thread under ThreadSanitizer: the background
-# passes and their task slots, the Qt runtime's background runner, the settings store and its
-# watcher, the signal bus. Qt itself is not instrumented; tests/tsan.supp names what that hides.
-TSAN_TARGETS = corvane-agent-tests corvane-shared-tests corvane-qt-tests corvane-dbus-tests
-TSAN_TESTS = Agent\.(SystemMonitor|HardwareSensors|SMCReader|BatteryReader)|Shared\.(SettingsChanges|JSONFileSettingsStore|SettingsStress|SignalListener)|Qt\.(QtRuntime|QtFileChangeWatcher)|DBus\.SignalsAndSessionState
+# passes and their task slots, the Qt runtime's background runner, the poll loop's wake-up from
+# another thread, the settings store and its watcher, the signal bus. Qt itself is not
+# instrumented; tests/tsan.supp names what that hides.
+TSAN_TARGETS = corvane-agent-tests corvane-shared-tests corvane-qt-tests corvane-dbus-tests corvane-linux-tests
+TSAN_TESTS = Agent\.(SystemMonitor|HardwareSensors|SMCReader|BatteryReader)|Shared\.(SettingsChanges|JSONFileSettingsStore|SettingsStress|SignalListener)|Qt\.(QtRuntime|QtFileChangeWatcher)|Linux\.PollLoop|DBus\.SignalsAndSessionState
 test-tsan: setup
 	cmake -S . -B $(TSAN_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCORVANE_SANITIZE=thread \
 	    -DCORVANE_BUILD_BENCH=OFF -DCORVANE_WERROR=ON

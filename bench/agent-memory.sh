@@ -6,6 +6,9 @@
 # first, with the peak resident size (VmHWM) and the floor program's for comparison.
 #
 # Usage: bench/agent-memory.sh [SECONDS] [AGENT ARGUMENTS...]   (after make)
+# The menu-bar agent: bench/agent-memory.sh 20 --menu-bar auto (under a display). The front
+# program replaces itself by the desktop program for it, in the same process, so the figures
+# are the desktop program's.
 set -euo pipefail
 
 seconds=${1:-10}

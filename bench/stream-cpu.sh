@@ -8,8 +8,8 @@
 #
 # Usage: bench/stream-cpu.sh [SECONDS] [RUNS]   (after make; default 60 s, 1 run)
 # The floor reads process files with open/read/close, as a plain program would; a second floor
-# that keeps their descriptors, as the agent does, is shown for comparison, and so is
-# corvane-lean-stream, the same stream in a program without Qt.
+# that keeps their descriptors, as the agent does, is shown for comparison. The stream runs in
+# the agent's front program, which loads no toolkit.
 set -euo pipefail
 
 seconds=${1:-60}
@@ -17,7 +17,6 @@ runs=${2:-1}
 build=${CORVANE_BUILD:-build}
 agent=${CORVANE_AGENT:-$build/corvane-agent}
 floor=${CORVANE_STREAM_FLOOR:-$build/bench/corvane-stream-floor}
-lean=${CORVANE_LEAN_STREAM:-$build/bench/corvane-lean-stream}
 work=$(mktemp -d)
 pids=()
 groups=()
@@ -75,29 +74,25 @@ for run in $(seq "$runs"); do
     floor_pid=$started_pid
     start "$floor" 1 --kept
     kept_pid=$started_pid
-    start "$lean" 1 >/dev/null
-    lean_pid=$started_pid
     sleep 5
     a0=$(cpu_ms "$agent_pid") f0=$(cpu_ms "$floor_pid") k0=$(cpu_ms "$kept_pid")
-    l0=$(cpu_ms "$lean_pid")
     w0=$(wakes "$agent_pid")
     sleep "$seconds"
     a1=$(cpu_ms "$agent_pid") f1=$(cpu_ms "$floor_pid") k1=$(cpu_ms "$kept_pid")
-    l1=$(cpu_ms "$lean_pid")
     w1=$(wakes "$agent_pid")
-    ap=$(peak_kb "$agent_pid") fp=$(peak_kb "$floor_pid") lp=$(peak_kb "$lean_pid")
-    kill "$agent_pid" "$floor_pid" "$kept_pid" "$lean_pid"
-    wait "$agent_pid" "$floor_pid" "$kept_pid" "$lean_pid" 2>/dev/null || true
+    ap=$(peak_kb "$agent_pid") fp=$(peak_kb "$floor_pid")
+    kill "$agent_pid" "$floor_pid" "$kept_pid"
+    wait "$agent_pid" "$floor_pid" "$kept_pid" 2>/dev/null || true
     pids=()
     for group in "${groups[@]}"; do rmdir "$group" 2>/dev/null || true; done
     groups=()
     awk -v a0="$a0" -v a1="$a1" -v f0="$f0" -v f1="$f1" -v k0="$k0" -v k1="$k1" \
         -v w0="$w0" -v w1="$w1" -v ap="$ap" -v fp="$fp" -v s="$seconds" -v r="$run" \
-        -v l0="$l0" -v l1="$l1" -v lp="$lp" 'BEGIN {
-            a = (a1 - a0) / s; f = (f1 - f0) / s; k = (k1 - k0) / s; l = (l1 - l0) / s
+        'BEGIN {
+            a = (a1 - a0) / s; f = (f1 - f0) / s; k = (k1 - k0) / s
             printf "run %d: stream %.3f ms/refresh, floor %.3f (ratio %.2f), kept-descriptor floor %.3f (ratio %.2f), main-thread wakes %.2f/refresh, peak RSS %.1f MB vs floor %.1f MB\n",
                 r, a, f, a / f, k, a / k, (w1 - w0) / s, ap / 1024, fp / 1024
-            print a, f, k, (w1 - w0) / s, ap / 1024, fp / 1024, l, lp / 1024 > "/dev/stderr"
+            print a, f, k, (w1 - w0) / s, ap / 1024, fp / 1024 > "/dev/stderr"
         }' 2>>"$results"
 done
 
@@ -107,15 +102,11 @@ median() {
         print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
 }
 a=$(median 1) f=$(median 2) k=$(median 3) w=$(median 4) ap=$(median 5) fp=$(median 6)
-l=$(median 7) lp=$(median 8)
 awk -v a="$a" -v f="$f" -v k="$k" -v w="$w" -v ap="$ap" -v fp="$fp" -v n="$runs" -v s="$seconds" \
-    -v l="$l" -v lp="$lp" 'BEGIN {
+    'BEGIN {
     printf "\n%-52s %10s %10s %7s\n", "--stream --interval 1, median of " n " x " s " s", "agent", "floor", "ratio"
     printf "%-52s %7.3f ms %7.3f ms %7.2f\n", "processor time per refresh", a, f, a / f
     printf "%-52s %7.3f ms %7.3f ms %7.2f\n", "  floor keeping process descriptors", a, k, a / k
     printf "%-52s %10.2f %10s\n", "main-thread wakes per refresh", w, "1"
     printf "%-52s %7.1f MB %7.1f MB %7.2f\n", "peak resident memory", ap, fp, ap / fp
-    printf "%-52s %7.3f ms %7.3f ms %7.2f\n", "without Qt (corvane-lean-stream): processor time", l, f, l / f
-    printf "%-52s %7.3f ms %7.3f ms %7.2f\n", "  against the kept-descriptor floor", l, k, l / k
-    printf "%-52s %7.1f MB %7.1f MB %7.2f\n", "  peak resident memory", lp, fp, lp / fp
 }'

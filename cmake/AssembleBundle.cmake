@@ -2,14 +2,16 @@
 #   Corvane.app/share/corvane/bundle.json          the main bundle's information
 #   Corvane.app/bin/corvanectl, Corvane.app/bin/corvane-settings (the main bundle's program)
 #   Corvane.app/Contents/Library/LoginItems/CorvaneAgent.app/
-#       bin/corvane-agent, share/corvane/bundle.json, share/corvane/translations/*.qm,
+#       bin/corvane-agent (the front), libexec/corvane-agent (the desktop program),
+#       share/corvane/bundle.json, share/corvane/translations/*.qm,
 #       <MODULE_DIR>/corvane-update-archive.so (the archive module the agent installs updates with)
 # and <OUTPUT_DIR>/Corvane-<VERSION>.tar.xz holding Corvane.app.
 #
 # cmake -D OUTPUT_DIR=… -D AGENT_PROGRAM=… -D ARCHIVE_MODULE=… -D MODULE_DIR=… -D CTL_PROGRAM=…
-#       -D TRANSLATIONS_DIR=… -D APP_ID=… -D AGENT_ID=… -D VERSION=… -D BUILD=…
-#       [-D FEED_URL=…] [-D PUBLIC_KEY=…]
-#       [-D SETTINGS_PROGRAM=…] [-D PACK=OFF] -P AssembleBundle.cmake
+#       -D TRANSLATIONS_DIR=…
+#       -D APP_ID=… -D AGENT_ID=… -D VERSION=… -D BUILD=… [-D FEED_URL=…] [-D PUBLIC_KEY=…]
+#       [-D DESKTOP_AGENT_PROGRAM=…] [-D SETTINGS_PROGRAM=…] [-D PACK=OFF] -P AssembleBundle.cmake
+# DESKTOP_AGENT_PROGRAM defaults to libexec/<name> beside AGENT_PROGRAM, as the build tree has it.
 # `make bundle` runs it with the build's values; the end-to-end update test runs it to make
 # the installed and the offered bundle.
 cmake_minimum_required(VERSION 3.25)
@@ -32,7 +34,7 @@ set(_app "${OUTPUT_DIR}/Corvane.app")
 set(_agent "${_app}/Contents/Library/LoginItems/CorvaneAgent.app")
 # A bundle is made whole or not at all: start from nothing.
 file(REMOVE_RECURSE "${_app}")
-file(MAKE_DIRECTORY "${_app}/bin" "${_app}/share/corvane" "${_agent}/bin"
+file(MAKE_DIRECTORY "${_app}/bin" "${_app}/share/corvane" "${_agent}/bin" "${_agent}/libexec"
     "${_agent}/share/corvane/translations")
 
 file(COPY "${CTL_PROGRAM}" DESTINATION "${_app}/bin")
@@ -47,6 +49,16 @@ endif()
 file(COPY "${AGENT_PROGRAM}" DESTINATION "${_agent}/bin")
 # Where the agent looks for it: the same place relative to its bundle as in an installed prefix.
 file(COPY "${ARCHIVE_MODULE}" DESTINATION "${_agent}/${MODULE_DIR}")
+# The front hands every mode but the headless ones to the desktop program in libexec/.
+if(NOT DEFINED DESKTOP_AGENT_PROGRAM OR DESKTOP_AGENT_PROGRAM STREQUAL "")
+    get_filename_component(_front_folder "${AGENT_PROGRAM}" DIRECTORY)
+    get_filename_component(_front_name "${AGENT_PROGRAM}" NAME)
+    set(DESKTOP_AGENT_PROGRAM "${_front_folder}/libexec/${_front_name}")
+endif()
+if(NOT EXISTS "${DESKTOP_AGENT_PROGRAM}")
+    message(FATAL_ERROR "AssembleBundle: no desktop program at ${DESKTOP_AGENT_PROGRAM}")
+endif()
+file(COPY "${DESKTOP_AGENT_PROGRAM}" DESTINATION "${_agent}/libexec")
 file(GLOB _translations "${TRANSLATIONS_DIR}/*.qm")
 file(COPY ${_translations} DESTINATION "${_agent}/share/corvane/translations")
 if(DEFINED _settings_program)

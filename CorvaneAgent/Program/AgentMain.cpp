@@ -10,7 +10,7 @@
 
 #include "CorvaneAgent/AgentOptions.h"
 #include "CorvaneAgent/Program/AgentSession.h"
-#include "CorvaneAgent/Program/HeadlessSession.h"
+#include "CorvaneAgent/Program/QtHeadlessLoop.h"
 #include "CorvaneAgent/Program/RenderSession.h"
 #include "CorvaneAgent/Program/UpdateCheckSession.h"
 #include "CorvaneShared/AppLanguage.h"
@@ -70,5 +70,6 @@ int main(int argc, char** argv) {
         options.mode == AgentOptions::Mode::updateInstall) {
         return corvane::runUpdateCheck(options.mode == AgentOptions::Mode::updateInstall);
     }
-    return corvane::runHeadless(options, language);
+    corvane::QtHeadlessLoop loop;
+    return corvane::runHeadless(loop, options, language);
 }

@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Headless/MachineSources.h"
 #include "CorvaneAgent/Program/AgentUpdates.h"
 #include "CorvaneAgent/Program/DesktopMenuBar.h"
-#include "CorvaneAgent/Program/MachineSources.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/AppLinks.h"
 #include "CorvaneShared/BuildInfo.h"

@@ -19,9 +19,10 @@
 #include <nlohmann/json.hpp>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Headless/HeadlessSession.h"
 #include "CorvaneAgent/MenuBarMeter.h"
 #include "CorvaneAgent/PanelMetrics.h"
-#include "CorvaneAgent/Program/HeadlessSession.h"
+#include "CorvaneAgent/Program/QtHeadlessLoop.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneAgent/UI/MenuBarViews.h"
 #include "CorvaneShared/AppLanguage.h"
@@ -199,7 +200,8 @@ int runRender(int& argc, char** argv, const AgentOptions& options, const AppLang
     }
     // The panels are widgets, which need the widget application.
     QApplication application(argc, argv);
-    return runHeadless(options, language, [&](SystemMonitor& model, SettingsStore& settings) {
+    QtHeadlessLoop loop;
+    return runHeadless(loop, options, language, [&](SystemMonitor& model, SettingsStore& settings) {
         return writeMeters(options.renderDirectory, model, settings, language);
     });
 }

@@ -19,6 +19,7 @@ root="$stage$prefix"
 
 expected=(
     bin/corvane-agent
+    libexec/corvane-agent
     bin/corvanectl
     "$module_dir/corvane-update-archive.so"
     share/corvane/bundle.json
@@ -43,8 +44,8 @@ fi
 for file in "${expected[@]}"; do
     [[ -f "$root/$file" ]] || fail "not installed: $file"
 done
-for program in corvane-agent corvanectl; do
-    [[ -x "$root/bin/$program" ]] || fail "not executable: bin/$program"
+for program in bin/corvane-agent libexec/corvane-agent bin/corvanectl; do
+    [[ -x "$root/$program" ]] || fail "not executable: $program"
 done
 
 for entry in "$root"/share/applications/*.desktop; do
@@ -80,7 +81,8 @@ snapshot=$(cd / && CORVANE_LANGUAGE=de "$root/bin/corvane-agent" --snapshot --re
     fail "the installed agent's --snapshot failed"
 grep -q '"thermalStateLabel": "Unbekannt"' <<<"$snapshot" ||
     fail "the installed agent does not speak German: $(grep -o '"thermalStateLabel": "[^"]*"' <<<"$snapshot")"
-# Installed, the agent is not inside a bundle: the package manager updates it.
+# Installed, the agent is not inside a bundle: the package manager updates it. (The front hands
+# --update-check to libexec/corvane-agent, so this also shows that it finds it there.)
 check=$("$root/bin/corvane-agent" --update-check 2>/dev/null) && fail "update check succeeded"
 grep -q '"error": *"updates off' <<<"$check" || fail "updates are not off: $check"
 grep -q '"version": *"[0-9]' <<<"$check" || fail "the install does not name its version: $check"

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -144,6 +145,70 @@ TEST_F(AgentProgramTest, StreamPrintsOneLinePerRefresh) {
         EXPECT_GT(parsed["compressedMemory"].get<std::uint64_t>(), 0u);
     }
     EXPECT_EQ(count, 3);
+}
+
+// The front runs the stream without loading Qt; the desktop program, started directly, runs
+// the same session on Qt's loop. Either ends a stream on SIGTERM after a whole line, status 0,
+// and a snapshot so interrupted with 128 + 15 and no output.
+TEST_F(AgentProgramTest, HeadlessRunsLoadQtOnlyInTheDesktopProgramAndEndOnSIGTERM) {
+    // The first line shows the loop runs, and so that its signals are handled.
+    const char* streamStarted =
+        "for i in $(seq 200); do [ -s \"$out\" ] && break; sleep 0.05; done";
+    struct Row {
+        const char* program;
+        const char* mode;
+        const char* waitForStart;
+        bool mapsQt;
+        int status;
+    };
+    const Row rows[] = {
+        {CORVANE_AGENT_PROGRAM, "--stream --interval 0.05", streamStarted, false, 0},
+        {CORVANE_DESKTOP_PROGRAM, "--stream --interval 0.05", streamStarted, true, 0},
+        {CORVANE_AGENT_PROGRAM, "--snapshot --refreshes 1000 --interval 0.05", "sleep 1", false,
+         143},
+        {CORVANE_DESKTOP_PROGRAM, "--snapshot --refreshes 1000 --interval 0.05", "sleep 1", true,
+         143},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.program) + " " + row.mode);
+        ProgramRun run = runCommand(
+            "out=" + shellQuoted((configHome / "out").string()) + "; " + row.program + " " +
+                row.mode + " " + rootsOf("debian12-kvm-x86_64") + " >\"$out\" & pid=$!; " +
+                row.waitForStart + "; qt=$(grep -c libQt6 /proc/$pid/maps); kill -TERM $pid; " +
+                "wait $pid; echo \"$? $qt\"; head -c 1 \"$out\" | wc -c",
+            configHome / "stderr");
+        std::istringstream words(run.output);
+        int status = -1;
+        int qtMappings = -1;
+        int outputBytes = -1;
+        words >> status >> qtMappings >> outputBytes;
+        EXPECT_EQ(status, row.status) << run.output << run.errors;
+        EXPECT_EQ(qtMappings > 0, row.mapsQt) << qtMappings;
+        // A stream printed its lines; an interrupted snapshot prints nothing.
+        EXPECT_EQ(outputBytes, row.status == 0 ? 1 : 0);
+    }
+}
+
+// Without the desktop program beside it, the front still runs the headless modes and refuses
+// the others with one line and status 1.
+TEST_F(AgentProgramTest, FrontWithoutTheDesktopProgramRefusesTheDesktopModes) {
+    const fs::path alone = configHome / "alone" / "bin" / "corvane-agent";
+    fs::create_directories(alone.parent_path());
+    fs::copy_file(CORVANE_AGENT_PROGRAM, alone);
+    const std::string roots = rootsOf("debian12-kvm-x86_64");
+    ProgramRun render =
+        runCommand(alone.string() + " --render " + (configHome / "render").string() + " " + roots,
+                   configHome / "stderr");
+    EXPECT_EQ(render.status, 1);
+    EXPECT_TRUE(render.errors.starts_with("corvane-agent: ")) << render.errors;
+    EXPECT_NE(render.errors.find("libexec/corvane-agent"), std::string::npos) << render.errors;
+    EXPECT_EQ(std::count(render.errors.begin(), render.errors.end(), '\n'), 1);
+    EXPECT_FALSE(fs::exists(configHome / "render"));
+
+    ProgramRun snapshot =
+        runCommand(alone.string() + " --snapshot --interval 0.01 " + roots, configHome / "stderr");
+    EXPECT_EQ(snapshot.status, 0) << snapshot.errors;
+    EXPECT_TRUE(json::parse(snapshot.output, nullptr, false).is_object());
 }
 
 TEST_F(AgentProgramTest, RecordedControllerTablesFeedTheSensorsAsDeepAsThePlanAsks) {
@@ -310,6 +375,7 @@ std::pair<int, int> pngSize(const fs::path& path) {
     return {bigEndian(16), bigEndian(20)};
 }
 
+// Through the front (CORVANE_AGENT_PROGRAM), which hands --render to the desktop program.
 TEST_F(AgentProgramTest, RenderDrawsEveryShownMeterAndItsLayout) {
     struct Row {
         const char* name;

@@ -19,7 +19,7 @@
 #include <variant>
 
 #include "CorvaneAgent/AgentOptions.h"
-#include "CorvaneAgent/Program/MachineSources.h"
+#include "CorvaneAgent/Headless/MachineSources.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/SettingsStore.h"
 #include "Foundation/NumberParsing.h"

@@ -1,6 +1,4 @@
-#include "CorvaneAgent/Program/HeadlessSession.h"
-
-#include <QCoreApplication>
+#include "CorvaneAgent/Headless/HeadlessSession.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -10,14 +8,12 @@
 #include <utility>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Headless/JSONLineWriter.h"
+#include "CorvaneAgent/Headless/MachineSources.h"
 #include "CorvaneAgent/MonitorSnapshot.h"
-#include "CorvaneAgent/Program/JSONLineWriter.h"
-#include "CorvaneAgent/Program/MachineSources.h"
 #include "CorvaneAgent/SystemMonitor.h"
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/SharedSettings.h"
-#include "Platform/Qt/QtRuntime.h"
-#include "Platform/Qt/QtSessionDisplayState.h"
 
 namespace corvane {
 
@@ -38,7 +34,7 @@ private:
 
 }  // namespace
 
-int runHeadless(const AgentOptions& options, const AppLanguage& language,
+int runHeadless(HeadlessLoop& loop, const AgentOptions& options, const AppLanguage& language,
                 SampledModelConsumer consumer) {
     SettingsStore& settings = SharedSettings::store();
     settings.registerDefaults(SharedSettings::factoryDefaults());
@@ -51,16 +47,16 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
 
     // A render samples exactly as a snapshot does.
     const bool isSnapshot = options.mode != AgentOptions::Mode::stream;
-    QtRuntime runtime;
-    DeferredTaskRunner deferredTasks(runtime);
-    TaskRunner& tasks = isSnapshot ? static_cast<TaskRunner&>(runtime) : deferredTasks;
-    MonitorServices services =
-        machineServices(options, settings, {runtime, runtime, runtime, tasks},
-                        std::get<std::shared_ptr<SensorSource>>(std::move(sensors)));
+    const Runtime runtime = loop.runtime();
+    DeferredTaskRunner deferredTasks(runtime.mainQueue);
+    TaskRunner& tasks = isSnapshot ? runtime.tasks : deferredTasks;
+    MonitorServices services = machineServices(
+        options, settings, {runtime.clock, runtime.timers, runtime.mainQueue, tasks},
+        std::get<std::shared_ptr<SensorSource>>(std::move(sensors)));
     // A snapshot is a one-off reading that has to finish even behind a locked screen; a stream
     // runs like the agent and rests while nobody can see its readings.
     if (!isSnapshot) {
-        services.displayState = std::make_unique<QtSessionDisplayState>();
+        services.displayState = loop.makeDisplayState();
     }
     services.translate = [&language](std::string_view key) { return language.string(key); };
     auto monitor = SystemMonitor::create(std::move(services));
@@ -91,12 +87,14 @@ int runHeadless(const AgentOptions& options, const AppLanguage& language,
                 lines.write(monitorSnapshot(model), 2);
             }
             // Queued, so that it also ends a loop that has not started yet.
-            runtime.post([] { QCoreApplication::quit(); });
+            runtime.mainQueue.post([&loop, &status] { loop.quit(status); });
         });
     });
+    // From the loop, between two refreshes, so a line is never cut in the middle.
+    loop.handleTerminationSignals(
+        [&loop, isSnapshot](int signal) { loop.quit(isSnapshot ? 128 + signal : 0); });
     monitor->start();
-    const int loopStatus = QCoreApplication::exec();
-    return loopStatus != 0 ? loopStatus : status;
+    return loop.exec();
 }
 
 }  // namespace corvane

@@ -1,4 +1,4 @@
-#include "CorvaneAgent/Program/MachineSources.h"
+#include "CorvaneAgent/Headless/MachineSources.h"
 
 #include <filesystem>
 #include <utility>
