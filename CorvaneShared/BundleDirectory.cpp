@@ -59,6 +59,14 @@ fs::path translationFile(const fs::path& bundle, std::string_view language) {
     return resourceDirectory(bundle) / "translations" / name;
 }
 
+std::function<fs::path(std::string_view)> translationFiles(const std::optional<fs::path>& bundle) {
+    if (!bundle) {
+        return {};
+    }
+    return
+        [bundle = *bundle](std::string_view language) { return translationFile(bundle, language); };
+}
+
 std::optional<BundleInfo> readInfo(const fs::path& bundle) {
     const auto text = readFileAtMost(infoFile(bundle), largestInfoBytes);
     if (!std::holds_alternative<std::string>(text)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,11 @@ std::filesystem::path resourceDirectory(const std::filesystem::path& bundle);
 /// The compiled translation of `language` ("de", "pt-BR"); it need not exist.
 std::filesystem::path translationFile(const std::filesystem::path& bundle,
                                       std::string_view language);
+
+/// `translationFile` of `bundle` for any language; an empty function without a bundle (a
+/// program run from outside one has no translations).
+std::function<std::filesystem::path(std::string_view language)> translationFiles(
+    const std::optional<std::filesystem::path>& bundle);
 
 /// The bundle's info; absent when the file is missing, larger than 1 MiB (bundle info takes a
 /// few lines), is not a JSON object, or has no non-empty string "identifier" (the directory

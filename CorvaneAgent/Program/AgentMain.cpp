@@ -45,17 +45,8 @@ int main(int argc, char** argv) {
     const auto executable = corvane::currentExecutablePath();
     const auto bundle =
         executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    corvane::CompiledTranslations::FileLookup translationFile;
-    if (bundle) {
-        translationFile = [bundle = *bundle](std::string_view language) {
-            return corvane::BundleDirectory::translationFile(bundle, language);
-        };
-    }
-    corvane::CompiledTranslations translations(std::move(translationFile));
-    corvane::AppLanguage language(corvane::processLanguageSources(
-        bundle, [&translations](std::string_view code, std::string_view key) {
-            return translations.translation(code, key);
-        }));
+    corvane::CompiledTranslations translations(corvane::BundleDirectory::translationFiles(bundle));
+    corvane::AppLanguage language(corvane::processLanguageSources(bundle, translations.lookup()));
     language.recordLaunchCode();
     language.applyChoiceToProcessDefaults();
 

@@ -155,17 +155,8 @@ int main(int argc, char** argv) {
     const auto executable = currentExecutablePath();
     const auto bundle =
         executable ? BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    CompiledTranslations::FileLookup translationFile;
-    if (bundle) {
-        translationFile = [bundle = *bundle](std::string_view code) {
-            return BundleDirectory::translationFile(bundle, code);
-        };
-    }
-    CompiledTranslations translations(std::move(translationFile));
-    AppLanguage language(processLanguageSources(
-        bundle, [&translations](std::string_view code, std::string_view key) {
-            return translations.translation(code, key);
-        }));
+    CompiledTranslations translations(BundleDirectory::translationFiles(bundle));
+    AppLanguage language(processLanguageSources(bundle, translations.lookup()));
     // The window's own texts follow the choice as well as Qt's (the colour picker).
     language.applyChoiceToProcessDefaults();
 

@@ -74,6 +74,12 @@ public:
     /// The translation of `key` into `language`; absent when the language has no translation
     /// file, the file does not load, or it lacks the key.
     std::optional<std::string> translation(std::string_view language, std::string_view key);
+    /// `translation` as a function, for a language's lookup; it must not outlive this.
+    std::function<std::optional<std::string>(std::string_view, std::string_view)> lookup() {
+        return [this](std::string_view language, std::string_view key) {
+            return translation(language, key);
+        };
+    }
 
 private:
     const CompiledTranslationFile* table(std::string_view language);
