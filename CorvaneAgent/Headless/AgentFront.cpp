@@ -22,25 +22,57 @@
 #include "CorvaneShared/AppLanguage.h"
 #include "CorvaneShared/BundleDirectory.h"
 #include "Platform/DisplayState.h"
+#include "Platform/Linux/CompiledTranslations.h"
 #include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Linux/PollLoop.h"
+#include "Platform/Linux/SessionDisplayState.h"
 
 namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
 
-// ---- Where the front's translations come from --------------------------------------------------
-// The one place the front gets its translation lookup. The toolkit-free reader of the compiled
-// translation files is not part of the front yet; until it is, there is no lookup here, and a
-// headless run whose texts need translating is handed to the desktop program (which reads them
-// with Qt), so that no run prints English where the user chose another language. Once the
-// reader exists, return its lookup here (`translation(language, key) -> optional<string>`, the
-// English text being the fallback) and the hand-over stops by itself.
-std::optional<AppLanguage::TranslationLookup> frontTranslations(const std::optional<fs::path>&) {
-    return std::nullopt;
-}
-// -------------------------------------------------------------------------------------------------
+// The session's screen and session state, its bus connections watched by the front's loop.
+class WatchedDisplayState final : public DisplayStateSource {
+public:
+    explicit WatchedDisplayState(PollLoop& loop) : loop(loop) {
+        watchDescriptors();
+        // What arrived while the state was being set up is already read and no descriptor
+        // will tell of it: handled once the loop runs, after the monitor has subscribed.
+        loop.post([alive = std::weak_ptr<int>(alive), this] {
+            if (!alive.expired()) {
+                dispatch();
+            }
+        });
+    }
+
+    Subscription observe(std::function<void(DisplayEvent)> handler) override {
+        return state.observe(std::move(handler));
+    }
+
+private:
+    void dispatch() {
+        state.dispatch();
+        // A connection that closed is dropped by dispatch; its descriptor would stay readable.
+        if (state.descriptors() != watched) {
+            watchDescriptors();
+        }
+    }
+
+    void watchDescriptors() {
+        watched = state.descriptors();
+        watches.clear();
+        for (const int descriptor : watched) {
+            watches.push_back(loop.watch(descriptor, [this] { dispatch(); }));
+        }
+    }
+
+    PollLoop& loop;
+    SessionDisplayState state;
+    std::vector<int> watched;
+    std::vector<Subscription> watches;
+    std::shared_ptr<int> alive = std::make_shared<int>();
+};
 
 // The headless session on the front's own loop.
 class FrontLoop final : public HeadlessLoop {
@@ -51,16 +83,9 @@ public:
     void handleTerminationSignals(std::function<void(int)> onSignal) override {
         loop.handleTerminationSignals(std::move(onSignal));
     }
-
-    // ---- Where the front learns that the screens sleep ----------------------------------------
-    // The one place the front's display state is made. A stream rests while nobody can see its
-    // readings; the toolkit-free session-bus display state (descriptors the loop watches through
-    // PollLoop::watch, and a non-blocking dispatch) is not part of the front yet, so until it is,
-    // the front's stream never rests.
     std::unique_ptr<DisplayStateSource> makeDisplayState() override {
-        return std::make_unique<NeverPausingDisplayState>();
+        return std::make_unique<WatchedDisplayState>(loop);
     }
-    // ---------------------------------------------------------------------------------------------
 
 private:
     PollLoop loop;
@@ -106,16 +131,8 @@ int main(int argc, char** argv) {
 
     const auto bundle =
         executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    auto translations = corvane::frontTranslations(bundle);
-    corvane::AppLanguage language(corvane::processLanguageSources(
-        bundle,
-        translations ? std::move(*translations) : corvane::AppLanguage::TranslationLookup()));
-    if (!translations) {
-        const auto shipped = language.shipped();
-        if (!shipped.empty() && language.code() != shipped.front()) {
-            return corvane::runDesktopProgram(argv, executable);
-        }
-    }
+    corvane::CompiledTranslations translations(corvane::BundleDirectory::translationFiles(bundle));
+    corvane::AppLanguage language(corvane::processLanguageSources(bundle, translations.lookup()));
     language.recordLaunchCode();
     language.applyChoiceToProcessDefaults();
 
