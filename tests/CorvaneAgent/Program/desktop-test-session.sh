@@ -50,10 +50,8 @@ export DISPLAY=":$number"
 unset WAYLAND_DISPLAY QT_QPA_PLATFORM
 openbox >"$work/openbox.log" 2>&1 &
 pids+=($!)
-for _ in $(seq 150); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
-    sleep 0.1
-done
+source "$(dirname "${BASH_SOURCE[0]}")/../../support/wait-for-window-manager.sh"
+wait_for_window_manager || fail "openbox does not manage windows"
 
 # The layout the agent renders with these settings: `render_layout AGENT` writes
 # $work/render/layout.json; `item_width KEY` then gives a section's item width in points.

@@ -24,10 +24,8 @@ unset WAYLAND_DISPLAY
 
 openbox >"$work/openbox.log" 2>&1 &
 pids+=($!)
-for _ in $(seq 150); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
-    sleep 0.1
-done
+source "$(dirname "$0")/../../support/wait-for-window-manager.sh"
+wait_for_window_manager || fail "openbox does not manage windows"
 
 # An item 30 points wide, 10 points from the right edge: the panel must move left to stay on.
 "$demo" 1240,0,30,24 >"$work/demo.log" 2>&1 &

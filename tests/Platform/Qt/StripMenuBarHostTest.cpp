@@ -72,6 +72,23 @@ protected:
         static char name[] = "corvane-strip-tests";
         static char* argv[] = {name, nullptr};
         application = new QApplication(argc, argv);
+        // The window manager names itself before it manages windows, and on a busy machine a
+        // window mapped in between was never managed (never framed, so the first click went
+        // nowhere). A probe window it took in (gave WM_STATE) shows it is ready; one it missed
+        // is replaced by another.
+        QDeadlineTimer managing(15000);
+        while (!managing.hasExpired()) {
+            QWidget probe;
+            probe.show();
+            const QString window = QString::number(probe.winId());
+            if (runUntil(
+                    [&] {
+                        return run("xprop", {"-id", window, "WM_STATE"}).contains("Normal");
+                    },
+                    2000)) {
+                break;
+            }
+        }
     }
 
     static void TearDownTestSuite() {
