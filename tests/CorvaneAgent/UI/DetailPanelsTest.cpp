@@ -13,8 +13,10 @@
 #include <vector>
 
 #include "CorvaneAgent/FieldObservers.h"
+#include "CorvaneAgent/SensorReadings.h"
 #include "CorvaneAgent/UI/MenuBarViews.h"
 #include "CorvaneShared/SettingsStore.h"
+#include "CorvaneShared/UI/SvgSymbols.h"
 
 namespace corvane {
 namespace {
@@ -169,6 +171,17 @@ TEST(DetailPanels, ALongMessageInPlaceOfRowsWraps) {
     };
     auto panel = longMessage.panel(MonitorSection::sensors);
     EXPECT_GE(panel->heightForWidth(MonitorPopover::panelWidth), oneLine + 12);
+}
+
+// Every sensor category and power channel names a symbol Corvane ships, so no row of the
+// sensors panel draws a blank where its symbol belongs.
+TEST(DetailPanels, EverySensorAndPowerSymbolIsShipped) {
+    for (SensorCategory category : allSensorCategories) {
+        EXPECT_TRUE(SvgSymbols::shared().imageSize(icon(category))) << icon(category);
+    }
+    for (PowerChannel channel : allPowerChannels) {
+        EXPECT_TRUE(SvgSymbols::shared().imageSize(icon(channel))) << icon(channel);
+    }
 }
 
 // Counts the events of one type that reach the objects it filters.
