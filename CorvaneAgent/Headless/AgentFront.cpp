@@ -11,18 +11,15 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "CorvaneAgent/AgentOptions.h"
+#include "CorvaneAgent/Headless/AgentStart.h"
 #include "CorvaneAgent/Headless/DesktopProgram.h"
 #include "CorvaneAgent/Headless/HeadlessSession.h"
-#include "CorvaneShared/AppLanguage.h"
-#include "CorvaneShared/BundleDirectory.h"
 #include "Platform/DisplayState.h"
-#include "Platform/Linux/CompiledTranslations.h"
 #include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Linux/PollLoop.h"
 #include "Platform/Linux/SessionDisplayState.h"
@@ -111,31 +108,22 @@ int runDesktopProgram(char** argv, const std::optional<fs::path>& front) {
 
 int main(int argc, char** argv) {
     using corvane::AgentOptions;
-    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
-    auto parsed = corvane::parseAgentArguments(arguments);
-    if (const auto* error = std::get_if<corvane::ArgumentError>(&parsed)) {
-        std::cerr << "corvane-agent: " << error->message << '\n';
-        return 2;
+    auto read = corvane::readAgentCommandLine(argc, argv);
+    if (const int* status = std::get_if<int>(&read)) {
+        return *status;
     }
-    const auto& options = std::get<AgentOptions>(parsed);
-    const auto executable = corvane::currentExecutablePath();
+    const auto& options = std::get<AgentOptions>(read);
     switch (options.mode) {
-        case AgentOptions::Mode::help: std::cout << corvane::agentUsage(); return 0;
+        case AgentOptions::Mode::help:  // Answered by readAgentCommandLine.
         case AgentOptions::Mode::snapshot:
         case AgentOptions::Mode::stream: break;
         case AgentOptions::Mode::menuBar:
         case AgentOptions::Mode::updateCheck:
         case AgentOptions::Mode::updateInstall:
-        case AgentOptions::Mode::render: return corvane::runDesktopProgram(argv, executable);
+        case AgentOptions::Mode::render:
+            return corvane::runDesktopProgram(argv, corvane::currentExecutablePath());
     }
-
-    const auto bundle =
-        executable ? corvane::BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
-    corvane::CompiledTranslations translations(corvane::BundleDirectory::translationFiles(bundle));
-    corvane::AppLanguage language(corvane::processLanguageSources(bundle, translations.lookup()));
-    language.recordLaunchCode();
-    language.applyChoiceToProcessDefaults();
-
+    corvane::AgentLanguage start;
     corvane::FrontLoop loop;
-    return corvane::runHeadless(loop, options, language);
+    return corvane::runHeadless(loop, options, start.language);
 }
