@@ -6,6 +6,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPixmap>
@@ -127,7 +128,10 @@ QWidget* MetersPage::makeOrderBox() {
     order->setObjectName("meterOrder");
     order->setStyleSheet("#meterOrder::item { padding: 4px; }");
     layout->addWidget(order);
-    auto* hint = new QLabel(text("Drag to reorder. Hidden meters keep their places."));
+    // The keyboard's way to reorder, for those who cannot drag.
+    order->installEventFilter(this);
+    auto* hint = new QLabel(
+        text("Drag, or press Alt+Up or Alt+Down, to reorder. Hidden meters keep their places."));
     hint->setWordWrap(true);
     hint->setEnabled(false);
     layout->addWidget(hint);
@@ -252,6 +256,39 @@ void MetersPage::applyDisplayedOrder() {
         }
     }
     refresh();
+}
+
+bool MetersPage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == order && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->modifiers() == Qt::AltModifier &&
+            (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
+            moveCurrentMeter(key->key() == Qt::Key_Up ? -1 : 1);
+            return true;
+        }
+    }
+    return SettingsPage::eventFilter(watched, event);
+}
+
+void MetersPage::moveCurrentMeter(int step) {
+    const int row = order->currentRow();
+    if (row < 0) {
+        return;
+    }
+    const int section = order->item(row)->data(sectionRole).toInt();
+    // A hidden meter's slot does not move, so a move onto it changes nothing: go on past it.
+    for (int target = row + step; target >= 0 && target < order->count(); target += step) {
+        if (model.moveSection(static_cast<MonitorSection>(section),
+                              static_cast<std::size_t>(target))) {
+            break;
+        }
+    }
+    // The list was rebuilt from the model; the moved meter stays the selected one.
+    for (int index = 0; index < order->count(); ++index) {
+        if (order->item(index)->data(sectionRole).toInt() == section) {
+            order->setCurrentRow(index);
+        }
+    }
 }
 
 void MetersPage::refresh() {

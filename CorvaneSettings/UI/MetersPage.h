@@ -21,12 +21,16 @@ public:
 
     void refresh() override;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QWidget* makeOrderBox();
     QWidget* makeReadoutBox();
     QWidget* makeAppearanceBox();
     QWidget* makeAccentBox();
     void applyDisplayedOrder();
+    void moveCurrentMeter(int step);
     void chooseAccent(MeterAccentSlot slot, QComboBox& combo);
     void refreshPreview();
 

@@ -393,8 +393,8 @@
         <translation>Menüleiste</translation>
     </message>
     <message>
-        <source>Drag to reorder. Hidden meters keep their places.</source>
-        <translation>Zum Umordnen ziehen. Ausgeblendete Anzeigen behalten ihren Platz.</translation>
+        <source>Drag, or press Alt+Up or Alt+Down, to reorder. Hidden meters keep their places.</source>
+        <translation>Zum Umordnen ziehen oder Alt+Nach-oben bzw. Alt+Nach-unten drücken. Ausgeblendete Anzeigen behalten ihren Platz.</translation>
     </message>
     <message>
         <source>Readouts</source>

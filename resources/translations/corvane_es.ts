@@ -393,8 +393,8 @@
         <translation>Barra de menús</translation>
     </message>
     <message>
-        <source>Drag to reorder. Hidden meters keep their places.</source>
-        <translation>Arrastre para reordenar. Los indicadores ocultos conservan su lugar.</translation>
+        <source>Drag, or press Alt+Up or Alt+Down, to reorder. Hidden meters keep their places.</source>
+        <translation>Arrastre, o pulse Alt+Arriba o Alt+Abajo, para reordenar. Los indicadores ocultos conservan su lugar.</translation>
     </message>
     <message>
         <source>Readouts</source>

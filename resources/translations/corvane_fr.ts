@@ -393,8 +393,8 @@
         <translation>Barre des menus</translation>
     </message>
     <message>
-        <source>Drag to reorder. Hidden meters keep their places.</source>
-        <translation>Faites glisser pour réordonner. Les indicateurs masqués gardent leur place.</translation>
+        <source>Drag, or press Alt+Up or Alt+Down, to reorder. Hidden meters keep their places.</source>
+        <translation>Faites glisser, ou appuyez sur Alt+Haut ou Alt+Bas, pour réordonner. Les indicateurs masqués gardent leur place.</translation>
     </message>
     <message>
         <source>Readouts</source>

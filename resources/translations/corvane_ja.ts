@@ -393,8 +393,8 @@
         <translation>メニューバー</translation>
     </message>
     <message>
-        <source>Drag to reorder. Hidden meters keep their places.</source>
-        <translation>ドラッグで並べ替え。非表示のメーターは位置を保ちます。</translation>
+        <source>Drag, or press Alt+Up or Alt+Down, to reorder. Hidden meters keep their places.</source>
+        <translation>ドラッグするか Alt+上 / Alt+下 で並べ替え。非表示のメーターは位置を保ちます。</translation>
     </message>
     <message>
         <source>Readouts</source>

@@ -4,6 +4,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 
@@ -106,6 +108,30 @@ TEST_F(SettingsWindowTest, AnOutsideChangeOfTheFileShowsInTheWindow) {
     EXPECT_TRUE(find<QLabel>("offer").text().contains("2.1 (57)"));
     EXPECT_EQ(window.findChild<QLabel*>("preview-cpu"), nullptr);
     EXPECT_TRUE(posts.empty());
+}
+
+// The keyboard reorders as a drag does: Alt+Up and Alt+Down move the selected meter past a
+// hidden one's slot, keep it selected, and do nothing at either end.
+TEST_F(SettingsWindowTest, AltUpAndDownMoveTheSelectedMeter) {
+    store.set("menuBarOrder", "storage,sensors,memory,cpu");
+    store.set("showSensorsItem", false);
+    model.reload();
+    auto& order = find<QListWidget>("meterOrder");
+    const auto press = [&order](Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::AltModifier);
+        QCoreApplication::sendEvent(&order, &event);
+    };
+    order.setCurrentItem(orderItem("Memory"));
+    press(Qt::Key_Up);
+    EXPECT_EQ(store.string("menuBarOrder"), "memory,sensors,storage,cpu");
+    EXPECT_EQ(order.currentItem(), orderItem("Memory"));
+    posts.clear();
+    press(Qt::Key_Up);
+    EXPECT_EQ(store.string("menuBarOrder"), "memory,sensors,storage,cpu");
+    EXPECT_TRUE(posts.empty());
+    press(Qt::Key_Down);
+    EXPECT_EQ(store.string("menuBarOrder"), "storage,sensors,memory,cpu");
+    EXPECT_EQ(posts, std::vector<Signal>{Signal::settings});
 }
 
 TEST_F(SettingsWindowTest, AFileThatCannotBeWrittenIsSaidAndTheChoiceStays) {
