@@ -15,11 +15,6 @@ namespace corvane {
 
 namespace {
 
-// $1 is the pid to wait for; after the shift, "$@" is the executable and its arguments. Data
-// stays out of the script text, so a path with blanks, quotes, '$' or ';' is just a path.
-constexpr const char* relaunchScript =
-    "while kill -0 \"$1\" 2>/dev/null; do sleep 0.1; done; shift; exec \"$@\"";
-
 bool isEarlier(const AgentInstance& other, const AgentInstance& own) {
     if (!other.launchDate || !own.launchDate || *other.launchDate == *own.launchDate) {
         return other.pid < own.pid;
@@ -39,15 +34,6 @@ bool shouldYieldToAnEarlierInstance(std::int32_t me,
     return std::ranges::any_of(agents, [&](const ProcessScan::Entry& entry) {
         return entry.pid != me && isEarlier({.pid = entry.pid, .launchDate = entry.started}, own);
     });
-}
-
-DetachedLaunch relaunchCommand(std::int32_t pid, const std::string& executable,
-                               const std::vector<std::string>& arguments) {
-    DetachedLaunch launch{
-        .program = "/bin/sh",
-        .arguments = {"-c", relaunchScript, "corvane-relaunch", std::to_string(pid), executable}};
-    launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
-    return launch;
 }
 
 AgentDelegate::AgentDelegate(Services services)

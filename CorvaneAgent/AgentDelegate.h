@@ -62,12 +62,6 @@ public:
     virtual bool isBusy() const = 0;
 };
 
-/// How `/bin/sh` waits for `pid` to end and then starts `executable` with `arguments`, detached.
-/// Both reach the script as positional parameters, never as script text, so no path can break
-/// or extend the command.
-DetachedLaunch relaunchCommand(std::int32_t pid, const std::string& executable,
-                               const std::vector<std::string>& arguments);
-
 /// The agent process: decides whether it may run, then creates the monitor, the menu bar and
 /// the updates, and reacts to the `quitAgent` and `settings` signals. Owns all of them until it
 /// is destroyed. Main thread only.

@@ -1,9 +1,12 @@
+#include <unistd.h>
+
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDir>
 #include <QUrl>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
@@ -28,6 +31,7 @@
 #include "Foundation/ArgumentText.h"
 #include "Platform/Linux/CompiledTranslations.h"
 #include "Platform/Linux/ExecutablePath.h"
+#include "Platform/ProcessLauncher.h"
 #include "Platform/Qt/QtDBusSignalBus.h"
 #include "Platform/Qt/QtFileChangeWatcher.h"
 #include "Platform/Qt/QtProcessLauncher.h"
@@ -157,6 +161,7 @@ int main(int argc, char** argv) {
         executable ? BundleDirectory::bundleOfExecutable(*executable) : std::nullopt;
     CompiledTranslations translations(BundleDirectory::translationFiles(bundle));
     AppLanguage language(processLanguageSources(bundle, translations.lookup()));
+    language.recordLaunchCode();
     // The window's own texts follow the choice as well as Qt's (the colour picker).
     language.applyChoiceToProcessDefaults();
 
@@ -213,6 +218,22 @@ int main(int argc, char** argv) {
     if (options->renderDirectory) {
         return renderPages(window, *options->renderDirectory);
     }
+
+    // A new language shows after a restart, as the agent's does: the window starts again in
+    // it, on the page it shows, once this copy has ended, so the new copy is the one window.
+    const Subscription restartInNewLanguage = model.observe([&] {
+        if (!language.processIsStale() || !executable) {
+            return;
+        }
+        language.applyChoiceToProcessDefaults();
+        std::vector<std::string> again{"--page", pageNames[std::max(window.currentPage(), 0)]};
+        if (std::ranges::find(arguments, LoginItemPolicy::suppressArgument) != arguments.end()) {
+            again.emplace_back(LoginItemPolicy::suppressArgument);
+        }
+        if (launchDetached(relaunchCommand(::getpid(), executable->string(), again))) {
+            QApplication::quit();
+        }
+    });
 
     SettingsChanges changes(store);
     const Subscription outsideChanges = changes.observe([&model] { model.reload(); });

@@ -83,6 +83,10 @@ void SettingsWindow::showPage(int index) {
     sidebar->setCurrentRow(index);
 }
 
+int SettingsWindow::currentPage() const {
+    return sidebar->currentRow();
+}
+
 void SettingsWindow::raiseWindow() {
     setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
     show();

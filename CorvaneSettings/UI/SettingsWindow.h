@@ -31,6 +31,8 @@ public:
 
     /// Shows `index` of the sidebar: 0 Meters, 1 General, 2 Updates, 3 About.
     void showPage(int index);
+    /// The index of the page shown now.
+    int currentPage() const;
     /// Brings the window forward, shown and not minimised.
     void raiseWindow();
 

@@ -75,5 +75,11 @@ eval "$(xdotool getwindowgeometry --shell "$panel")"
 xdotool mousemove $((X + 30)) $((Y + HEIGHT - 17)) click 1
 opened=$(timeout 10 xdotool search --sync --onlyvisible --name '^Corvane Settings$' | head -1)
 [[ -n $opened ]] || fail "the panel's Settings button opened no settings window"
+# Another language, chosen anywhere (here by editing the file), brings the window back in it.
+sed -i '1s/^{/{"language": "de",/' "$XDG_CONFIG_HOME/corvane/desktop-test.json"
+timeout 15 xdotool search --sync --onlyvisible --name '^Corvane-Einstellungen$' >/dev/null ||
+    fail "the window did not come back in German (window log: $(cat "$work/settings.log"))"
+[[ -z $(settings_windows) ]] || fail "the English window stayed open beside the German one"
+
 echo "settings: one window per user; memory left the strip between ${after_ms} and ${seen_ms} ms after its box was" \
-    "unchecked; the panel's Settings button opened the window"
+    "unchecked; the panel's Settings button opened the window; a new language reopened it in German"
