@@ -135,6 +135,14 @@ protected:
             });
         }
         ASSERT_TRUE(runUntil([this] { return visualOrder().size() == 3; }));
+        // The bar takes pointer events once the window manager has mapped it (WM_STATE), which
+        // on a busy machine can come well after Qt has placed it.
+        const QWidget* bar = QApplication::topLevelWidgets().value(0);
+        ASSERT_NE(bar, nullptr);
+        const QString window = QString::number(bar->winId());
+        ASSERT_TRUE(runUntil([&] {
+            return run("xprop", {"-id", window, "WM_STATE"}).contains("Normal");
+        }));
         settle();
         moveCount = 0;
     }
