@@ -22,54 +22,12 @@
 #include "Platform/DisplayState.h"
 #include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Linux/PollLoop.h"
-#include "Platform/Linux/SessionDisplayState.h"
+#include "Platform/Linux/WatchedDisplayState.h"
 
 namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The session's screen and session state, its bus connections watched by the front's loop.
-class WatchedDisplayState final : public DisplayStateSource {
-public:
-    explicit WatchedDisplayState(PollLoop& loop) : loop(loop) {
-        watchDescriptors();
-        // What arrived while the state was being set up is already read and no descriptor
-        // will tell of it: handled once the loop runs, after the monitor has subscribed.
-        loop.post([alive = std::weak_ptr<int>(alive), this] {
-            if (!alive.expired()) {
-                dispatch();
-            }
-        });
-    }
-
-    Subscription observe(std::function<void(DisplayEvent)> handler) override {
-        return state.observe(std::move(handler));
-    }
-
-private:
-    void dispatch() {
-        state.dispatch();
-        // A connection that closed is dropped by dispatch; its descriptor would stay readable.
-        if (state.descriptors() != watched) {
-            watchDescriptors();
-        }
-    }
-
-    void watchDescriptors() {
-        watched = state.descriptors();
-        watches.clear();
-        for (const int descriptor : watched) {
-            watches.push_back(loop.watch(descriptor, [this] { dispatch(); }));
-        }
-    }
-
-    PollLoop& loop;
-    SessionDisplayState state;
-    std::vector<int> watched;
-    std::vector<Subscription> watches;
-    std::shared_ptr<int> alive = std::make_shared<int>();
-};
 
 // The headless session on the front's own loop.
 class FrontLoop final : public HeadlessLoop {
@@ -81,7 +39,12 @@ public:
         loop.handleTerminationSignals(std::move(onSignal));
     }
     std::unique_ptr<DisplayStateSource> makeDisplayState() override {
-        return std::make_unique<WatchedDisplayState>(loop);
+        return std::make_unique<WatchedDisplayState>(
+            std::make_unique<SessionDisplayState>(),
+            [this](int fd, std::function<void()> onReadable) {
+                return loop.watch(fd, std::move(onReadable));
+            },
+            loop);
     }
 
 private:

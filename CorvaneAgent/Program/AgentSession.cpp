@@ -27,11 +27,12 @@
 #include "Platform/Linux/ExecutablePath.h"
 #include "Platform/Linux/JournalLog.h"
 #include "Platform/Linux/LinuxProcessTable.h"
+#include "Platform/Linux/WatchedDisplayState.h"
 #include "Platform/Qt/QtDBusSignalBus.h"
+#include "Platform/Qt/QtDescriptorWatch.h"
 #include "Platform/Qt/QtFileChangeWatcher.h"
 #include "Platform/Qt/QtProcessLauncher.h"
 #include "Platform/Qt/QtRuntime.h"
-#include "Platform/Qt/QtSessionDisplayState.h"
 #include "Platform/Qt/TerminationSignals.h"
 #include "Platform/Qt/Updates/UpdateDialogs.h"
 
@@ -189,7 +190,8 @@ int runAgent(int& argc, char** argv, const AgentOptions& options, AppLanguage& l
                 MonitorServices services =
                     machineServices(options, settings, runtime.runtime(),
                                     std::get<std::shared_ptr<SensorSource>>(std::move(sensors)));
-                services.displayState = std::make_unique<QtSessionDisplayState>();
+                services.displayState = std::make_unique<WatchedDisplayState>(
+                    std::make_unique<SessionDisplayState>(), watchDescriptor, runtime);
                 services.translate = [&language](std::string_view key) {
                     return language.string(key);
                 };

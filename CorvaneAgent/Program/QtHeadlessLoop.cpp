@@ -4,7 +4,8 @@
 
 #include <utility>
 
-#include "Platform/Qt/QtSessionDisplayState.h"
+#include "Platform/Linux/WatchedDisplayState.h"
+#include "Platform/Qt/QtDescriptorWatch.h"
 #include "Platform/Qt/TerminationSignals.h"
 
 namespace corvane {
@@ -26,7 +27,8 @@ void QtHeadlessLoop::handleTerminationSignals(std::function<void(int)> onSignal)
 }
 
 std::unique_ptr<DisplayStateSource> QtHeadlessLoop::makeDisplayState() {
-    return std::make_unique<QtSessionDisplayState>();
+    return std::make_unique<WatchedDisplayState>(std::make_unique<SessionDisplayState>(),
+                                                 watchDescriptor, qtRuntime);
 }
 
 }  // namespace corvane

@@ -9,22 +9,27 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Qt/QtSessionDisplayState.h"
+#include "Platform/Linux/WatchedDisplayState.h"
+#include "Platform/Qt/QtDescriptorWatch.h"
+#include "Platform/Qt/QtRuntime.h"
 #include "tests/Platform/Qt/BusTestSupport.h"
 
 namespace corvane {
 namespace {
 
-class QtSessionDisplayStateTest : public testing::BusTest {};
+class QtDescriptorWatchTest : public testing::BusTest {};
 
-TEST_F(QtSessionDisplayStateTest, ScreensaverSignalsArriveThroughTheEventLoop) {
+TEST_F(QtDescriptorWatchTest, ScreensaverSignalsArriveThroughTheEventLoop) {
     const QString service = QStringLiteral("org.freedesktop.ScreenSaver");
     QDBusConnection owner = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "owner");
     ASSERT_TRUE(owner.registerService(service));
     std::vector<DisplayEvent> events;
     {
-        QtSessionDisplayState state(std::make_unique<SessionDisplayState>(
-            BusAddress::at(std::getenv("DBUS_SESSION_BUS_ADDRESS")), BusAddress::none()));
+        QtRuntime runtime;
+        WatchedDisplayState state(
+            std::make_unique<SessionDisplayState>(
+                BusAddress::at(std::getenv("DBUS_SESSION_BUS_ADDRESS")), BusAddress::none()),
+            watchDescriptor, runtime);
         Subscription subscription = state.observe([&](DisplayEvent e) { events.push_back(e); });
         // Several signals, so that some arrive together and some after the loop went idle.
         for (const bool active : {true, false, true}) {
